@@ -29,6 +29,9 @@
 #ifndef QVTCAPI_QVTCAPI_H
 #define QVTCAPI_QVTCAPI_H
 
+#if defined(__GNUC__)
+#pragma GCC visibility push(default)
+#endif
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -37,7 +40,7 @@ extern "C" {
 struct json_object;
 
 #if defined(__GNUC__)
-#define QVTC_PRINTF_LIKE(format_index, first_argument) \
+#define QVTC_PRINTF_LIKE(format_index, first_argument)                                             \
     __attribute__((format(printf, format_index, first_argument)))
 #else
 #define QVTC_PRINTF_LIKE(format_index, first_argument)
@@ -190,6 +193,9 @@ struct json_object *qvgetclientstatus(unsigned int id);
 
 #ifdef __cplusplus
 }
+#endif
+#if defined(__GNUC__)
+#pragma GCC visibility pop
 #endif
 
 #endif

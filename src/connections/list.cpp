@@ -1,0 +1,185 @@
+#include "connections/list.hpp"
+
+#include <cstdio>
+
+#include "connections/record.hpp"
+#include "core/log.hpp"
+#include "core/params.hpp"
+#include "core/text.hpp"
+#include "store/document.hpp"
+#include "store/settings.hpp"
+#include "store/settings_keys.hpp"
+
+namespace qvtc::connections {
+
+namespace {
+
+constexpr int lookup_attempts = 32;
+constexpr std::size_t item_name_limit = 127;
+constexpr std::size_t listed_value_limit = 127;
+constexpr std::size_t delay_limit = 71;
+
+/// The object that a parameter string describes; null, and an error in the log,
+/// when it describes none.
+Json parsed_params(const std::string& params) {
+    // One more backslash would escape what follows it in the JSON text; four
+    // come back as none, like every backslash of a value.
+    std::string text = replace_all(params, "\\", "\\\\\\\\");
+    // A quote in a value would end the value and begin members of its own.
+    Json object = contains(text, "\"") ? nullptr : parse_json(params_to_json(text.data()));
+    if (object == nullptr)
+        log(Level::error, "@setconnections not a parameter string: %s", params.c_str());
+    return object;
+}
+
+/// The id that a new record gets, with the trace that this search prints.
+std::optional<ConnectionId> traced_free_id(const store::Document& document, const Type& type) {
+    const FreeIdSearch search = find_free_id(document, type);
+    for (std::size_t i = 0; i < search.taken.size(); ++i) {
+        std::printf("id_list[%zu]=%s, k=%u\n", i, search.taken[i].text.c_str(), search.taken[i].in);
+    }
+    const std::vector<int> numbers = search.numbers();
+    for (std::size_t i = 0; i < numbers.size(); ++i) std::printf("ids[%zu]=%d\n", i, numbers[i]);
+    if (!search.free) log(Level::info, "@getfreeid not found free id");
+    return search.free;
+}
+
+/// The id under which a record is to be stored: the one it asks for, which may
+/// lie outside its type's block, or a free one.
+std::optional<std::string> id_to_store(const store::Document& document, const Type& type,
+                                       const std::string& asked) {
+    if (!asked.empty() && asked != "\"\"") return cut(asked, field_limit);
+    const auto free = traced_free_id(document, type);
+    if (!free) log(Level::error, "@setconnections not free id");
+    return free ? std::optional(std::to_string(*free)) : std::nullopt;
+}
+
+/// Deliberate: a record that is not at its place is looked for 31 times more,
+/// each time under a name that has grown by the id.
+std::optional<std::string> find_item(const store::Document& document, const Type& type,
+                                     const std::string& id) {
+    std::string item = item_name(type.prefix, id);
+    for (int attempt = 0; attempt < lookup_attempts && item.size() <= item_name_limit; ++attempt) {
+        if (document.get(item, name_of(Field::id)) == id) return item;
+        item += "_id_" + id;
+    }
+    return std::nullopt;
+}
+
+std::string record_text(const Record& record) {
+    std::string text = "{ ";
+    for (std::size_t i = 0; i < field_count; ++i) {
+        if (i > 0) text += ", ";
+        text += textf("\"%s\" : \"%s\"", field_names[i], record.values[i].c_str());
+    }
+    return text + "}";
+}
+
+Json record_object(const Record& record) {
+    Json object(json_object_new_object());
+    constexpr unsigned fresh_constant_key =
+        JSON_C_OBJECT_ADD_KEY_IS_NEW | JSON_C_OBJECT_ADD_CONSTANT_KEY;
+    for (std::size_t i = 0; i < field_count; ++i) {
+        json_object_object_add_ex(object.get(), field_names[i], json_string(record.values[i]),
+                                  fresh_constant_key);
+    }
+    return object;
+}
+
+} // namespace
+
+std::optional<Type> known_type(std::uint32_t number) {
+    const char* const prefix = prefix_of(number);
+    if (prefix == nullptr) {
+        std::printf("@%s:: not such connection type : %d\n", "getConnectItemName",
+                    static_cast<int>(number));
+        return std::nullopt;
+    }
+    return Type{number, prefix};
+}
+
+std::optional<ConnectionId> free_id(std::uint32_t type) {
+    const auto known = known_type(type);
+    return known ? traced_free_id(store::Document::load(), *known) : std::nullopt;
+}
+
+bool store_connection(std::uint32_t type, const std::string& params) {
+    const auto known = known_type(type);
+    if (!known) {
+        log(Level::error, "@setconnections not such connection type : %d", static_cast<int>(type));
+        return false;
+    }
+    const Json described = parsed_params(params);
+    if (described == nullptr) return false;
+    const std::string asked_id = json_plain_text(described.get(), name_of(Field::id)).value_or("");
+    Record record = record_from_json(described.get());
+    bool stored = false;
+    const bool locked = store::change_document([&](store::Document& document) {
+        const auto id = id_to_store(document, *known, asked_id);
+        if (!id) return false;
+        record[Field::id] = *id;
+        return stored = write_record(document, item_name(known->prefix, *id), record);
+    });
+    return locked && stored;
+}
+
+Json connection(std::uint32_t type, ConnectionId id) {
+    const auto known = known_type(type);
+    const store::Document document = store::Document::load();
+    const auto item = known ? find_item(document, *known, std::to_string(id)) : std::nullopt;
+    const std::string text =
+        item ? record_text(read_record(document, *item, listed_value_limit)) : "{ }";
+    Json object = parse_json(text);
+    if (object == nullptr) {
+        log(Level::error, "connects param:\n %s\n", text.c_str());
+        log(Level::error, "@getconnections jobj_list error\n");
+    }
+    return object;
+}
+
+Json connections_of(std::uint32_t type) {
+    Json list(json_object_new_object());
+    json_object* const records = json_object_new_array();
+    json_object_object_add(list.get(), "list", records);
+    const auto known = known_type(type);
+    if (!known) return list;
+    const store::Document document = store::Document::load();
+    const ConnectionId base = type * ids_per_type;
+    for (ConnectionId id = base; id < base + ids_per_type; ++id) {
+        const std::string item = item_name(known->prefix, id);
+        if (!document.get(item, name_of(Field::id))) continue;
+        json_object_array_add(
+            records, record_object(read_record(document, item, listed_value_limit)).release());
+    }
+    return list;
+}
+
+bool delete_connection(std::uint32_t type, std::uint32_t slot) {
+    const auto known = known_type(type);
+    if (!known) return false;
+    const std::string item = item_name(known->prefix, type * ids_per_type + slot);
+    store::change_document([&](store::Document& document) {
+        if (document.state() != store::Document::State::loaded) return false;
+        document.remove_item(item);
+        return true;
+    });
+    log(Level::info, "@delconnection type = %u, id = %u, item_name=%s", type, slot, item.c_str());
+    return true;
+}
+
+Json connect_delay() {
+    const std::string delay = cut(store::setting(store::keys::connect_delay), delay_limit);
+    if (delay.empty()) return nullptr;
+    Json object(json_object_new_object());
+    json_object_object_add(object.get(), "delay", json_string(delay));
+    return object;
+}
+
+void store_connect_delay(const std::string& params) {
+    const auto equals = params.find('=');
+    if (equals == std::string::npos || equals == 0) return;
+    const std::string value = params.substr(equals + 1, params.find('=', equals + 1) - equals - 1);
+    if (!value.empty()) store::store_setting(store::keys::connect_delay, value);
+}
+
+} // namespace qvtc::connections

@@ -1,0 +1,160 @@
+#include "core/command.hpp"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "core/log.hpp"
+#include "core/pipe_stream.hpp"
+#include "core/text.hpp"
+
+extern char** environ;
+
+namespace qvtc {
+
+namespace {
+
+constexpr const char* shell_path = "/bin/sh";
+constexpr int pipe_capacity = 131072;
+
+/// A descriptor closed at the end of its scope.
+class Descriptor {
+  public:
+    explicit Descriptor(int number) : number_(number) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() { close(); }
+    int get() const { return number_; }
+    void close() {
+        if (number_ >= 0) ::close(number_);
+        number_ = -1;
+    }
+
+  private:
+    int number_;
+};
+
+/// Starts the shell with its standard output on `write_end`; 0, or the error
+/// for which it did not start. Unlike fork this costs the same however much
+/// memory the front-end uses.
+int spawn_shell(const char* command, int write_end, pid_t* child) {
+    posix_spawn_file_actions_t actions;
+    if (const int error = posix_spawn_file_actions_init(&actions); error != 0) return error;
+    int error = posix_spawn_file_actions_adddup2(&actions, write_end, STDOUT_FILENO);
+    if (error == 0) {
+        const char* const arguments[] = {"sh", "-c", command, nullptr};
+        error = posix_spawn(child, shell_path, &actions, nullptr,
+                            const_cast<char* const*>(arguments), environ);
+    }
+    posix_spawn_file_actions_destroy(&actions);
+    return error;
+}
+
+/// In a forked child: becomes the shell, or returns. Nothing here but
+/// async-signal-safe calls, as the front-end has threads.
+void become_shell(const char* command, int read_end, int write_end) {
+    ::close(read_end);
+    if (write_end == STDOUT_FILENO) {
+        fcntl(write_end, F_SETFD, 0);
+    } else {
+        if (dup2(write_end, STDOUT_FILENO) != STDOUT_FILENO) return;
+        ::close(write_end);
+    }
+    execl(shell_path, "sh", "-c", command, static_cast<char*>(nullptr));
+}
+
+ssize_t read_some(int descriptor, char* into, std::size_t room) {
+    ssize_t count = 0;
+    do {
+        count = read(descriptor, into, room);
+    } while (count < 0 && errno == EINTR);
+    return count;
+}
+
+/// Fills `output` until the command closes its end, or prints more than fits.
+void read_all(int descriptor, char* output, std::size_t size) {
+    std::size_t held = 0;
+    while (held < size) {
+        const ssize_t count = read_some(descriptor, output + held, size - held);
+        if (count <= 0) return;
+        held += static_cast<std::size_t>(count);
+    }
+    char overflow = 0;
+    if (size > 0) read_some(descriptor, &overflow, 1);
+}
+
+Capture reap(pid_t child) {
+    pid_t reaped = 0;
+    do {
+        reaped = waitpid(child, nullptr, 0);
+    } while (reaped < 0 && errno == EINTR);
+    return reaped > 0 ? Capture::reaped : Capture::nothing_to_reap;
+}
+
+} // namespace
+
+Capture capture_output(const char* command, char* output, std::size_t size) {
+    std::memset(output, 0, size);
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) return Capture::not_started;
+    Descriptor read_end(ends[0]);
+    Descriptor write_end(ends[1]);
+    fcntl(read_end.get(), F_SETPIPE_SZ, pipe_capacity); // a smaller pipe serves too
+
+    pid_t child = -1;
+    if (spawn_shell(command, write_end.get(), &child) != 0) {
+        child = fork();
+        if (child < 0) return Capture::not_started;
+        if (child == 0) {
+            become_shell(command, read_end.get(), write_end.get());
+            // Deliberate: the child of a shell that cannot be started goes on
+            // in the caller's code.
+            return Capture::not_started;
+        }
+    }
+    write_end.close();
+    read_all(read_end.get(), output, size);
+    read_end.close();
+    return reap(child);
+}
+
+std::optional<std::vector<std::string>> output_lines(const char* command) {
+    PipeStream stream(command);
+    if (!stream.is_open()) return std::nullopt;
+    std::vector<std::string> lines;
+    char* line = nullptr;
+    std::size_t capacity = 0;
+    while (getline(&line, &capacity, stream.get()) >= 0) {
+        std::string text(line);
+        if (text.ends_with('\n')) text.pop_back();
+        lines.push_back(std::move(text));
+    }
+    std::free(line);
+    return lines;
+}
+
+std::optional<std::string> first_line(const char* command) {
+    PipeStream stream(command);
+    if (!stream.is_open()) {
+        log(Level::error, "@execmd popen error %s", std::strerror(errno));
+        return std::nullopt;
+    }
+    char line[64] = {};
+    errno = 0; // the end of the output is no error of the system's
+    if (std::fgets(line, sizeof line, stream.get()) == nullptr) {
+        log(Level::error, "@execmd fgets error:%s", std::strerror(errno));
+        return std::nullopt;
+    }
+    std::string text = remove_all(line, ' ');
+    // Deliberate: a line of 63 characters, or one without a newline, loses a
+    // character of its own here.
+    if (!text.empty()) text.pop_back();
+    return text;
+}
+
+} // namespace qvtc

@@ -1,0 +1,25 @@
+#pragma once
+
+/// Where the library's own files lie on a terminal.
+namespace qvtc::paths {
+
+inline constexpr const char* system_log = "/home/root/system.log";
+inline constexpr const char* service_log = "/home/root/qvservice.log";
+inline constexpr const char* rdp_log = "/home/root/freerdp.log";
+inline constexpr const char* spice_log = "/home/root/spicec.log";
+inline constexpr const char* vnc_log = "/home/root/vnc.log";
+inline constexpr const char* web_log = "/home/root/firefox.log";
+
+inline constexpr const char* settings_document = "/home/root/vpclientData.xml";
+
+inline constexpr const char* client_status = "/usr/local/vpclient/config/clientstatus";
+
+// Marker files: their mere presence is the setting.
+inline constexpr const char* usb_denied = "/home/root/usbdenied";
+inline constexpr const char* custom_remote_viewer = "/home/root/remote-viewer";
+inline constexpr const char* n5095_notebook = "/home/root/n5095_notebook";
+inline constexpr const char* j4105_notebook = "/home/root/j4105_notebook";
+inline constexpr const char* screens_cloned = "/etc/X11/clone";
+inline constexpr const char* vga_left_of_hdmi = "/etc/X11/vga_left_of_hdmi";
+
+} // namespace qvtc::paths

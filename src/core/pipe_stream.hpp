@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdio>
+
+namespace qvtc {
+
+/// A command opened for reading with popen, and waited for when it closes.
+/// Close-on-exec: a client that another thread starts meanwhile must not keep
+/// the pipe open.
+class PipeStream {
+  public:
+    explicit PipeStream(const char* command) : stream_(popen(command, "re")) {}
+    PipeStream(const PipeStream&) = delete;
+    PipeStream& operator=(const PipeStream&) = delete;
+    ~PipeStream() { close(); }
+
+    bool is_open() const { return stream_ != nullptr; }
+    std::FILE* get() const { return stream_; }
+    void close() {
+        if (stream_ != nullptr) pclose(stream_);
+        stream_ = nullptr;
+    }
+
+  private:
+    std::FILE* stream_;
+};
+
+} // namespace qvtc

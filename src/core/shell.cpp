@@ -1,0 +1,58 @@
+#include "core/shell.hpp"
+
+namespace qvtc::shell {
+
+namespace {
+
+constexpr std::string_view special_anywhere = "\\|&;<>()$`\"'*?[]{}";
+constexpr std::string_view special_at_word_start = "~#";
+constexpr std::string_view blanks = " \t";
+
+std::string quoted(std::string_view value, bool keep_blanks) {
+    std::string text;
+    bool at_word_start = true;
+    for (const char c : value) {
+        const bool blank = blanks.find(c) != std::string_view::npos;
+        if (c == '\n') {
+            text += "'\n'"; // a backslash before a newline would join the lines
+        } else {
+            const bool special =
+                special_anywhere.find(c) != std::string_view::npos ||
+                (at_word_start && special_at_word_start.find(c) != std::string_view::npos) ||
+                (blank && !keep_blanks);
+            if (special) text += '\\';
+            text += c;
+        }
+        at_word_start = blank;
+    }
+    return text;
+}
+
+} // namespace
+
+std::string bare(std::string_view value) { return quoted(value, true); }
+
+std::string word(std::string_view value) { return quoted(value, false); }
+
+std::string in_single(std::string_view value) {
+    std::string text;
+    for (const char c : value) {
+        if (c == '\'') {
+            text += "'\\''";
+        } else {
+            text += c;
+        }
+    }
+    return text;
+}
+
+std::string in_double(std::string_view value) {
+    std::string text;
+    for (const char c : value) {
+        if (c == '"' || c == '\\' || c == '$' || c == '`') text += '\\';
+        text += c;
+    }
+    return text;
+}
+
+} // namespace qvtc::shell

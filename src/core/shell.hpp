@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Values in command texts. Each helper serves one position of a value in the
+/// text, and gives the value back unchanged where the shell would find nothing
+/// special in it; otherwise the shell is made to hand on the value itself.
+namespace qvtc::shell {
+
+/// Outside quotes, where blanks separate: several words stay several words,
+/// but nothing in them starts, ends or redirects a command, expands or quotes.
+std::string bare(std::string_view value);
+
+/// Outside quotes, as one word whatever it holds.
+std::string word(std::string_view value);
+
+/// Between the single quotes of the text.
+std::string in_single(std::string_view value);
+
+/// Between the double quotes of the text.
+std::string in_double(std::string_view value);
+
+} // namespace qvtc::shell

@@ -1,0 +1,216 @@
+#include "store/document.hpp"
+
+#include <climits>
+#include <cstring>
+#include <libxml/chvalid.h>
+#include <libxml/parser.h>
+#include <libxml/xmlstring.h>
+
+#include "core/log.hpp"
+#include "core/paths.hpp"
+#include "core/text.hpp"
+
+namespace qvtc::store {
+
+namespace {
+
+constexpr const char* root_name = "ThinClientConfig";
+constexpr const char* encoding = "UTF-8";
+constexpr int lock_seconds = 10;
+constexpr int parse_options = XML_PARSE_RECOVER | XML_PARSE_NOBLANKS | XML_PARSE_NONET;
+
+struct FreeXml {
+    void operator()(xmlChar* text) const { xmlFree(text); }
+};
+using XmlText = std::unique_ptr<xmlChar, FreeXml>;
+
+const xmlChar* xml(const std::string& text) {
+    return reinterpret_cast<const xmlChar*>(text.c_str());
+}
+
+bool is_named(const xmlNode* node, const std::string& name) {
+    return node->type == XML_ELEMENT_NODE && xmlStrEqual(node->name, xml(name)) != 0;
+}
+
+xmlNode* first_child(const xmlNode* parent, const std::string& name) {
+    xmlNode* child = parent->children;
+    while (child != nullptr && !is_named(child, name)) child = child->next;
+    return child;
+}
+
+std::string content_of(const xmlNode* node) {
+    const xmlNode* const only = node->children;
+    if (only == nullptr) return {};
+    if (only->next == nullptr && only->type == XML_TEXT_NODE)
+        return reinterpret_cast<const char*>(only->content);
+    const XmlText content(xmlNodeGetContent(node));
+    return content != nullptr ? reinterpret_cast<const char*>(content.get()) : "";
+}
+
+void remove_children(xmlNode* parent, const std::string& name) {
+    for (xmlNode* child = parent->children; child != nullptr;) {
+        xmlNode* const next = child->next;
+        if (is_named(child, name)) {
+            xmlUnlinkNode(child);
+            xmlFreeNode(child);
+        }
+        child = next;
+    }
+}
+
+/// Length of the UTF-8 character that `text` begins with; 0 when it is none
+/// that XML can hold.
+std::size_t xml_character(std::string_view text) {
+    int length = static_cast<int>(std::min<std::size_t>(text.size(), 4));
+    const int code = xmlGetUTF8Char(reinterpret_cast<const unsigned char*>(text.data()), &length);
+    if (code < 0) return 0;
+    const auto point = static_cast<unsigned>(code);
+    const int shortest = point < 0x80 ? 1 : point < 0x800 ? 2 : point < 0x10000 ? 3 : 4;
+    const bool valid = length == shortest && xmlIsCharQ(point);
+    return valid ? static_cast<std::size_t>(length) : 0;
+}
+
+} // namespace
+
+std::string stored_form(std::string value) {
+    return replace_all(replace_all(std::move(value), '&', '%'), '\\', '|');
+}
+
+std::string value_form(std::string stored) {
+    return replace_all(replace_all(std::move(stored), '%', '&'), '|', '\\');
+}
+
+bool is_element_name(const std::string& name) {
+    return name.size() <= name_limit && xmlCheckUTF8(xml(name)) != 0 &&
+           xmlValidateNCName(xml(name), 0) == 0;
+}
+
+std::string xml_text(std::string_view text) {
+    std::string kept;
+    while (!text.empty()) {
+        const std::size_t length = xml_character(text);
+        kept.append(text, 0, length);
+        text.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return kept;
+}
+
+Document Document::load() {
+    Document result;
+    std::string content;
+    const FileState file = read_file(paths::settings_document, content);
+    if (file == FileState::unreadable) {
+        result.state_ = State::unreadable;
+        return result;
+    }
+    // A missing file goes through libxml2 as well, which reports it.
+    result.document_.reset(file == FileState::missing || content.size() > INT_MAX
+                               ? xmlReadFile(paths::settings_document, encoding, parse_options)
+                               : xmlReadMemory(content.data(), static_cast<int>(content.size()),
+                                               paths::settings_document, encoding, parse_options));
+    if (result.document_ == nullptr) return result;
+    const xmlNode* const root = result.root();
+    result.state_ = root != nullptr && is_named(root, root_name) ? State::loaded : State::foreign;
+    return result;
+}
+
+std::optional<std::string> Document::get(const std::string& item, const std::string& key) const {
+    if (state_ != State::loaded) return std::nullopt;
+    const xmlNode* const found = first_child(root(), item);
+    if (found == nullptr) return std::nullopt;
+    for (const xmlNode* child = found->children; child != nullptr; child = child->next) {
+        if (!is_named(child, key)) continue;
+        std::string content = content_of(child);
+        if (!content.empty()) return value_form(std::move(content));
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string> Document::get_all(const std::string& item,
+                                           std::span<const char* const> keys) const {
+    std::vector<std::string> values(keys.size());
+    const xmlNode* const found = state_ == State::loaded ? first_child(root(), item) : nullptr;
+    if (found == nullptr) return values;
+    std::size_t expected = 0; // keys mostly stand in the order in which they are asked for
+    for (const xmlNode* child = found->children; child != nullptr; child = child->next) {
+        if (child->type != XML_ELEMENT_NODE) continue;
+        const char* const name = reinterpret_cast<const char*>(child->name);
+        for (std::size_t tried = 0; tried < keys.size(); ++tried) {
+            const std::size_t at = (expected + tried) % keys.size();
+            if (std::strcmp(name, keys[at]) != 0) continue;
+            if (values[at].empty()) values[at] = value_form(content_of(child));
+            expected = at + 1;
+            break;
+        }
+    }
+    return values;
+}
+
+bool Document::begin() {
+    document_.reset(xmlNewDoc(xml("1.0")));
+    if (document_ == nullptr) return false;
+    xmlDocSetRootElement(document_.get(), xmlNewNode(nullptr, xml(root_name)));
+    if (root() == nullptr) return false;
+    state_ = State::loaded;
+    return true;
+}
+
+bool Document::set(const std::string& item, const std::string& key, const std::string& value) {
+    if (!is_element_name(item) || !is_element_name(key)) {
+        log(Level::error, "@xmlwrite not an element name: %.128s / %.128s", item.c_str(),
+            key.c_str());
+        return false;
+    }
+    if (value.size() > value_limit) {
+        log(Level::error, "@xmlwrite value of %s / %s too long: %zu bytes", item.c_str(),
+            key.c_str(), value.size());
+        return false;
+    }
+    if (state_ == State::absent && !begin()) return false;
+    if (state_ != State::loaded) return false;
+    const std::string stored = xml_text(stored_form(value));
+    xmlNode* parent = first_child(root(), item);
+    if (parent == nullptr) parent = xmlNewChild(root(), nullptr, xml(item), nullptr);
+    if (parent == nullptr) return false;
+    xmlNode* const child = first_child(parent, key);
+    if (child == nullptr) return xmlNewChild(parent, nullptr, xml(key), xml(stored)) != nullptr;
+    xmlNodeSetContent(child, xml(stored));
+    return true;
+}
+
+void Document::remove_item(const std::string& item) { remove_children(root(), item); }
+
+void Document::remove_key(const std::string& item, const std::string& key) {
+    for (xmlNode* child = root()->children; child != nullptr; child = child->next) {
+        if (is_named(child, item)) remove_children(child, key);
+    }
+}
+
+bool Document::save() const {
+    xmlChar* bytes = nullptr;
+    int size = 0;
+    xmlDocDumpFormatMemoryEnc(document_.get(), &bytes, &size, encoding, 1);
+    const XmlText text(bytes);
+    const int error =
+        text == nullptr
+            ? ENOMEM
+            : replace_file(paths::settings_document,
+                           {reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(size)});
+    if (error != 0)
+        log(Level::error, "@xmlwrite %s not saved: %s", paths::settings_document,
+            std::strerror(error));
+    return error == 0;
+}
+
+namespace detail {
+
+WriteLock::WriteLock()
+    : lock_(directory_of(resolve_links(paths::settings_document)), lock_seconds) {
+    if (!lock_.acquired()) {
+        log(Level::error, "@xmlwrite %s is held by another writer", paths::settings_document);
+    }
+}
+
+} // namespace detail
+
+} // namespace qvtc::store

@@ -1,6 +1,7 @@
 #include "connections/list.hpp"
 
 #include <cstdio>
+#include <json-c/linkhash.h>
 
 #include "connections/record.hpp"
 #include "core/log.hpp"
@@ -77,6 +78,8 @@ std::string record_text(const Record& record) {
 
 Json record_object(const Record& record) {
     Json object(json_object_new_object());
+    // Room for all fields at once: the table would grow, and hash anew, thrice.
+    lh_table_resize(json_object_get_object(object.get()), 2 * static_cast<int>(field_count));
     constexpr unsigned fresh_constant_key =
         JSON_C_OBJECT_ADD_KEY_IS_NEW | JSON_C_OBJECT_ADD_CONSTANT_KEY;
     for (std::size_t i = 0; i < field_count; ++i) {

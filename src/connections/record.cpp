@@ -17,16 +17,14 @@ Record record_from_json(json_object* json) {
 
 Record read_record(const store::Document& document, const std::string& item, std::size_t limit) {
     Record record;
-    const std::vector<std::string> values = document.get_all(item, field_names);
-    for (std::size_t i = 0; i < field_count; ++i) record.values[i] = cut(values[i], limit);
+    std::vector<std::string> values = document.get_all(item, field_names);
+    for (std::size_t i = 0; i < field_count; ++i)
+        record.values[i] = cut(std::move(values[i]), limit);
     return record;
 }
 
 bool write_record(store::Document& document, const std::string& item, const Record& record) {
-    for (std::size_t i = 0; i < field_count; ++i) {
-        if (!document.set(item, field_names[i], record.values[i])) return false;
-    }
-    return true;
+    return document.set_all(item, field_names, record.values);
 }
 
 Record stored_record(std::uint32_t type, ConnectionId id) {

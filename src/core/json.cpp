@@ -1,9 +1,27 @@
 #include "core/json.hpp"
 
+#include <algorithm>
+
 #include "core/log.hpp"
 #include "core/text.hpp"
 
 namespace qvtc {
+
+namespace {
+
+std::string without_marks(std::string json_text) {
+    // Once the backslashes are gone no escaped slash is left to be replaced.
+    return remove_all(remove_all(std::move(json_text), '"'), '\\');
+}
+
+/// Whether the JSON text of this string is nothing but its own bytes and marks,
+/// and short enough to be taken whole: then it need not be composed.
+bool is_simple(std::string_view text) {
+    return text.size() < json_plain_text_limit / 2 &&
+           std::none_of(text.begin(), text.end(), [](char c) { return c >= 0 && c < ' '; });
+}
+
+} // namespace
 
 std::optional<std::string> json_plain_text(json_object* object, const char* key) {
     json_object* const member = json_object_object_get(object, key);
@@ -11,10 +29,13 @@ std::optional<std::string> json_plain_text(json_object* object, const char* key)
         log(Level::error, "getJsonValue error! key = %s\n", key);
         return std::nullopt;
     }
-    const std::string text =
-        std::string(json_object_to_json_string(member)).substr(0, json_plain_text_limit);
-    // Once the backslashes are gone no escaped slash is left to be replaced.
-    return remove_all(remove_all(text, '"'), '\\');
+    if (json_object_is_type(member, json_type_string)) {
+        const std::string_view own(json_object_get_string(member),
+                                   static_cast<std::size_t>(json_object_get_string_len(member)));
+        if (is_simple(own)) return without_marks(std::string(own));
+    }
+    const std::string text = json_object_to_json_string(member);
+    return without_marks(text.substr(0, json_plain_text_limit));
 }
 
 } // namespace qvtc

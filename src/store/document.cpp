@@ -1,5 +1,6 @@
 #include "store/document.hpp"
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
 #include <libxml/chvalid.h>
@@ -28,11 +29,11 @@ const xmlChar* xml(const std::string& text) {
     return reinterpret_cast<const xmlChar*>(text.c_str());
 }
 
-bool is_named(const xmlNode* node, const std::string& name) {
-    return node->type == XML_ELEMENT_NODE && xmlStrEqual(node->name, xml(name)) != 0;
+bool is_named(const xmlNode* node, std::string_view name) {
+    return node->type == XML_ELEMENT_NODE && name == reinterpret_cast<const char*>(node->name);
 }
 
-xmlNode* first_child(const xmlNode* parent, const std::string& name) {
+xmlNode* first_child(const xmlNode* parent, std::string_view name) {
     xmlNode* child = parent->children;
     while (child != nullptr && !is_named(child, name)) child = child->next;
     return child;
@@ -70,6 +71,27 @@ std::size_t xml_character(std::string_view text) {
     return valid ? static_cast<std::size_t>(length) : 0;
 }
 
+bool can_be_stored(const std::string& item, const std::string& key, const std::string& value) {
+    const bool named = is_element_name(item) && is_element_name(key);
+    if (!named)
+        log(Level::error, "@xmlwrite not an element name: %.128s / %.128s", item.c_str(),
+            key.c_str());
+    const bool fits = value.size() <= value_limit;
+    if (!fits)
+        log(Level::error, "@xmlwrite value of %.128s too long: %zu bytes", key.c_str(),
+            value.size());
+    return named && fits;
+}
+
+bool append_key(xmlNode* parent, const std::string& key, const std::string& stored) {
+    const xmlChar* const content = stored.empty() ? nullptr : xml(stored);
+    return xmlNewTextChild(parent, nullptr, xml(key), content) != nullptr;
+}
+
+bool is_plain(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+}
+
 } // namespace
 
 std::string stored_form(std::string value) {
@@ -86,6 +108,7 @@ bool is_element_name(const std::string& name) {
 }
 
 std::string xml_text(std::string_view text) {
+    if (is_plain(text)) return std::string(text);
     std::string kept;
     while (!text.empty()) {
         const std::size_t length = xml_character(text);
@@ -133,11 +156,9 @@ std::vector<std::string> Document::get_all(const std::string& item,
     if (found == nullptr) return values;
     std::size_t expected = 0; // keys mostly stand in the order in which they are asked for
     for (const xmlNode* child = found->children; child != nullptr; child = child->next) {
-        if (child->type != XML_ELEMENT_NODE) continue;
-        const char* const name = reinterpret_cast<const char*>(child->name);
         for (std::size_t tried = 0; tried < keys.size(); ++tried) {
             const std::size_t at = (expected + tried) % keys.size();
-            if (std::strcmp(name, keys[at]) != 0) continue;
+            if (!is_named(child, keys[at])) continue;
             if (values[at].empty()) values[at] = value_form(content_of(child));
             expected = at + 1;
             break;
@@ -156,31 +177,42 @@ bool Document::begin() {
 }
 
 bool Document::set(const std::string& item, const std::string& key, const std::string& value) {
-    if (!is_element_name(item) || !is_element_name(key)) {
-        log(Level::error, "@xmlwrite not an element name: %.128s / %.128s", item.c_str(),
-            key.c_str());
-        return false;
-    }
-    if (value.size() > value_limit) {
-        log(Level::error, "@xmlwrite value of %s / %s too long: %zu bytes", item.c_str(),
-            key.c_str(), value.size());
-        return false;
+    const char* const name = key.c_str();
+    return set_all(item, {&name, 1}, {&value, 1});
+}
+
+bool Document::set_all(const std::string& item, std::span<const char* const> keys,
+                       std::span<const std::string> values) {
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        if (!can_be_stored(item, keys[i], values[i])) return false;
     }
     if (state_ == State::absent && !begin()) return false;
     if (state_ != State::loaded) return false;
-    const std::string stored = xml_text(stored_form(value));
     xmlNode* parent = first_child(root(), item);
     if (parent == nullptr) parent = xmlNewChild(root(), nullptr, xml(item), nullptr);
     if (parent == nullptr) return false;
-    xmlNode* const child = first_child(parent, key);
-    if (child == nullptr) return xmlNewChild(parent, nullptr, xml(key), xml(stored)) != nullptr;
-    xmlNodeSetContent(child, xml(stored));
+    xmlNode* expected = parent->children; // keys mostly stand in the order in which they are stored
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        const std::string stored = xml_text(stored_form(values[i]));
+        xmlNode* const child = expected != nullptr && is_named(expected, keys[i])
+                                   ? expected
+                                   : first_child(parent, keys[i]);
+        if (child != nullptr) {
+            xmlNodeSetContent(child, xml(stored));
+            expected = child->next;
+        } else if (!append_key(parent, keys[i], stored)) {
+            return false;
+        }
+    }
     return true;
 }
 
-void Document::remove_item(const std::string& item) { remove_children(root(), item); }
+void Document::remove_item(const std::string& item) {
+    if (state_ == State::loaded) remove_children(root(), item);
+}
 
 void Document::remove_key(const std::string& item, const std::string& key) {
+    if (state_ != State::loaded) return;
     for (xmlNode* child = root()->children; child != nullptr; child = child->next) {
         if (is_named(child, item)) remove_children(child, key);
     }

@@ -62,6 +62,11 @@ class Document {
     /// too long. In an absent document this begins a new one.
     bool set(const std::string& item, const std::string& key, const std::string& value);
 
+    /// Stores several values of an item, as set() would one by one; false, with
+    /// nothing stored, when it would refuse one of them.
+    bool set_all(const std::string& item, std::span<const char* const> keys,
+                 std::span<const std::string> values);
+
     /// Removes all items of that name, or that key from all of them.
     void remove_item(const std::string& item);
     void remove_key(const std::string& item, const std::string& key);

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace qvtc::bench {
+
+/// A ratio of two benchmarks of the same run, and what it must not pass.
+struct Goal {
+    std::string what;
+    std::string measured;
+    std::string yardstick;
+    double at_most; ///< of measured / yardstick
+};
+
+const std::vector<Goal>& settings_goals();
+const std::vector<Goal>& capture_goals();
+
+} // namespace qvtc::bench

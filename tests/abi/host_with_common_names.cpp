@@ -1,0 +1,142 @@
+// A host program that has names of its own which the library exports too. Each
+// calls or reads its own, and the library its own, whichever the linker met
+// first. Everything but main() stands for what a front-end may well contain.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include <dlfcn.h>
+#include <json-c/json.h>
+#include <qvtcapi/qvtcapi.h>
+
+namespace {
+int host_calls = 0;
+int failures = 0;
+
+void expect(bool holds, const char* what) {
+    std::printf("%s: %s\n", holds ? "ok" : "FAILED", what);
+    if (!holds) ++failures;
+}
+} // namespace
+
+// The names of the library's functions, with the wrong arguments and results.
+#define HOST_FUNCTION(name)                                                                        \
+    extern "C" __attribute__((visibility("default"))) int name() { return ++host_calls; }
+HOST_FUNCTION(replace)
+HOST_FUNCTION(replacechar)
+HOST_FUNCTION(repspecchar)
+HOST_FUNCTION(encode)
+HOST_FUNCTION(decode)
+HOST_FUNCTION(rtrim)
+HOST_FUNCTION(del_char)
+HOST_FUNCTION(str_replace)
+HOST_FUNCTION(strtojson)
+HOST_FUNCTION(getJsonValue)
+HOST_FUNCTION(geturlvalue)
+HOST_FUNCTION(mystrtok)
+HOST_FUNCTION(systemex)
+HOST_FUNCTION(execmd)
+HOST_FUNCTION(detect_process)
+HOST_FUNCTION(xmlread)
+HOST_FUNCTION(xmlwrite)
+HOST_FUNCTION(urldecode)
+HOST_FUNCTION(base64_encode)
+HOST_FUNCTION(base64_decode)
+HOST_FUNCTION(base64_initialize)
+HOST_FUNCTION(getcode)
+HOST_FUNCTION(settime)
+HOST_FUNCTION(initlog)
+HOST_FUNCTION(getlogset)
+HOST_FUNCTION(ReadConfig)
+HOST_FUNCTION(PrintfLog)
+HOST_FUNCTION(getconnection)
+HOST_FUNCTION(getconnections)
+HOST_FUNCTION(setconnections)
+HOST_FUNCTION(getfreeid)
+HOST_FUNCTION(launchclient)
+HOST_FUNCTION(rdpclient)
+HOST_FUNCTION(getclientstatus)
+HOST_FUNCTION(log_init)
+
+// The names of its data, of another size and content.
+extern "C" {
+__attribute__((visibility("default"))) char counter[3] = "no";
+__attribute__((visibility("default"))) char urlparams[4] = "no";
+__attribute__((visibility("default"))) char logsetting[4] = "no";
+__attribute__((visibility("default"))) char loging[4] = "no";
+__attribute__((visibility("default"))) char LogLevelText[4] = "no";
+__attribute__((visibility("default"))) char base64_encoding_table[4] = "no";
+__attribute__((visibility("default"))) char base64_decoding_table[16] = "no";
+__attribute__((visibility("default"))) char mod_table[4] = "no";
+__attribute__((visibility("default"))) char conn_info_param[4] = "no";
+__attribute__((visibility("default"))) char __mystrtok[16] = "no";
+}
+
+namespace {
+
+std::string first_name() {
+    json_object* const object = qvgetconnections(QVTC_TYPE_RDP);
+    json_object* const list = json_object_object_get(object, "list");
+    std::string name = "none";
+    if (json_object_array_length(list) > 0) {
+        json_object* const record = json_object_array_get_idx(list, 0);
+        name = json_object_get_string(json_object_object_get(record, "name"));
+    }
+    json_object_put(object);
+    return name;
+}
+
+void use_the_library() {
+    char params[] = "name=mine&serverAddress=127.0.0.1&password=eHg+";
+    qvsetconnections(QVTC_TYPE_RDP, params);
+    expect(first_name() == "mine", "a record is stored and read");
+    qvdelconnection(QVTC_TYPE_RDP, 0);
+    expect(first_name() == "none", "and deleted");
+    qvsetconnectdelay("delay=7");
+    json_object* const delay = qvconnectdelay();
+    expect(delay != nullptr, "a setting is stored");
+    json_object_put(delay);
+    json_object* const status = qvgetclientstatus(35);
+    const std::string value = json_object_get_string(json_object_object_get(status, "status"));
+    expect(value == "cGFyYW1ldGVyIGVycm9yIQ==", "a status is diagnosed and encoded");
+    json_object_put(status);
+    expect(LogWrite(4, "x") == 0, "a line is logged");
+    expect(qvlaunchclient(100) == -1, "an id without a client is refused");
+}
+
+using EncodeBytes = char* (*)(const char*, unsigned, unsigned*);
+
+void use_the_exported_names(void* library) {
+    const auto encode_bytes = reinterpret_cast<EncodeBytes>(dlsym(library, "base64_encode"));
+    char* const text = encode_bytes("Ma", 2, nullptr);
+    expect(std::strcmp(text, "TWE=") == 0, "the library's own function is found in it");
+    std::free(text);
+    const auto* const table = static_cast<const char*>(dlsym(library, "base64_encoding_table"));
+    expect(table != base64_encoding_table && std::memcmp(table, "ABCD", 4) == 0,
+           "and its own data");
+}
+
+bool host_data_is_untouched() {
+    const char* const texts[] = {counter,      urlparams,
+                                 logsetting,   loging,
+                                 LogLevelText, base64_encoding_table,
+                                 mod_table,    base64_decoding_table,
+                                 __mystrtok,   conn_info_param};
+    for (const char* const text : texts) {
+        if (std::strcmp(text, "no") != 0) return false;
+    }
+    return true;
+}
+
+} // namespace
+
+int main(int, char** arguments) {
+    use_the_library();
+    void* const library = dlopen(arguments[1], RTLD_NOW);
+    use_the_exported_names(library);
+    expect(dlclose(library) == 0, "the library is closed");
+    expect(host_calls == 0, "no function of the host was called");
+    expect(host_data_is_untouched(), "no data of the host was written");
+    return failures == 0 ? 0 : 1;
+}

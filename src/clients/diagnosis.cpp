@@ -5,6 +5,7 @@
 #include "clients/failure_phrases.hpp"
 #include "clients/poll_counter.hpp"
 #include "connections/fields.hpp"
+#include "connections/list.hpp"
 #include "core/base64.hpp"
 #include "core/encodings.hpp"
 #include "core/log.hpp"
@@ -108,17 +109,17 @@ std::string broker_value(const std::string& address) {
 }
 
 std::string stored_address(ConnectionId id) {
-    const char* const prefix = connections::prefix_of(id / connections::ids_per_type);
-    if (prefix == nullptr) return {};
+    const auto type = connections::known_type(id / connections::ids_per_type);
+    if (!type) return {};
     return store::Document::load()
-        .get(connections::item_name(prefix, id),
+        .get(connections::item_name(type->prefix, id),
              connections::name_of(connections::Field::serverAddress))
         .value_or("");
 }
 
 std::string value_of(ConnectionId id) {
     const std::uint32_t block = id / connections::ids_per_type;
-    const std::string address = stored_address(id);
+    const std::string address = block < first_free_block ? stored_address(id) : "";
     if (block < first_free_block && address.size() < shortest_address)
         return status_value::failure("parameter error!");
     switch (block) {

@@ -6,20 +6,14 @@
 #include "clients/diagnosis.hpp"
 #include "clients/horizon.hpp"
 #include "clients/launch.hpp"
-#include "clients/poll_counter.hpp"
 #include "clients/rdp.hpp"
 #include "clients/spice.hpp"
 #include "clients/vnc.hpp"
 #include "clients/watcher.hpp"
 #include "clients/web.hpp"
-#include "core/exported_data.hpp"
 #include "core/text.hpp"
 
 using namespace qvtc;
-
-QVTC_EXPORTED_DATA(int, counter, 0)
-
-int& clients::poll_counter() { return qvtc_storage_counter; }
 
 namespace {
 

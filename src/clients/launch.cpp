@@ -41,7 +41,7 @@ struct CloseFile {
 } // namespace
 
 bool launch(connections::ConnectionId id) {
-    log(Level::info, "@%s id = %u", "launchclient", id);
+    log(Level::info, "@%s id = %d", "launchclient", static_cast<int>(id));
     for (const Launcher& launcher : launchers) {
         if (launcher.type != id / connections::ids_per_type) continue;
         launcher.launch(id); // its own log line tells what went wrong

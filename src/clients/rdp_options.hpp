@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "clients/rdp.hpp"
+#include "clients/rdp_facts.hpp"
 #include "connections/fields.hpp"
 
 namespace qvtc::clients::rdp_options {

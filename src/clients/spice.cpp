@@ -23,20 +23,24 @@ constexpr Effect effects[] = {{Field::desktopBackground, "wallpaper"},
                               {Field::fontSmooth, "font-smooth"},
                               {Field::fontSmooth, "animation"}};
 
-std::string disabled_effects(const connections::Record& record) {
-    // Deliberate: no record stores the "disableall" that would turn all of them
-    // off at once (the field is "disableAll"), so it never does.
+// Deliberate: records store "disableAll", which is never asked for. Only one that
+// something else has written can hold this key.
+constexpr const char* all_effects_off_key = "disableall";
+
+std::string disabled_effects(const SpiceFacts& facts) {
+    if (facts.all_effects_off) return " --spice-disable-effects=\"all\"";
     std::string list;
     for (const Effect& effect : effects) {
-        if (record[effect.field] != "off") continue;
+        if (facts.record[effect.field] != "off") continue;
         list += list.empty() ? " --spice-disable-effects=\"" : ",";
         list += effect.name;
     }
     return list.empty() ? "" : list + "\"";
 }
 
-std::string usb_redirection(const connections::Record& record, bool usb_denied) {
-    if (!is_on(record[Field::useRedirect]) || usb_denied) return " --spice-disable-usbredir";
+std::string usb_redirection(const SpiceFacts& facts) {
+    if (!is_on(facts.record[Field::useRedirect]) || facts.usb_denied)
+        return " --spice-disable-usbredir";
     constexpr const char* filter = "0x03,0x1bc0,0x1001,-1,1|0x03,-1,-1,-1,0|-1,-1,-1,-1,1";
     return textf(
         " --spice-usbredir-auto-redirect-filter=\"%s\" --spice-usbredir-redirect-on-connect=\"%s\"",
@@ -45,11 +49,10 @@ std::string usb_redirection(const connections::Record& record, bool usb_denied) 
 
 } // namespace
 
-std::string spice_command_line(const connections::Record& record, bool usb_denied) {
-    std::string line =
-        "remote-viewer -f" + disabled_effects(record) + usb_redirection(record, usb_denied);
-    const std::string& address = record[Field::serverAddress];
-    const std::string& port = record[Field::port];
+std::string spice_command_line(const SpiceFacts& facts) {
+    std::string line = "remote-viewer -f" + disabled_effects(facts) + usb_redirection(facts);
+    const std::string& address = facts.record[Field::serverAddress];
+    const std::string& port = facts.record[Field::port];
     if (!address.empty()) line += " spice://" + shell::bare(address);
     if (!port.empty()) line += ":" + shell::bare(port);
     return line;
@@ -57,9 +60,14 @@ std::string spice_command_line(const connections::Record& record, bool usb_denie
 
 bool launch_spice(connections::ConnectionId id) {
     begin_session(paths::spice_log);
-    const connections::Record record =
-        connections::stored_record(connections::type_number::spice, id);
-    return start_session(session, spice_command_line(record, os().exists(paths::usb_denied)),
+    const store::Document document = store::Document::load();
+    const std::string item =
+        connections::item_name(connections::prefix_of(connections::type_number::spice), id);
+    SpiceFacts facts;
+    facts.record = connections::read_record(document, item, connections::field_limit);
+    facts.all_effects_off = is_on(document.get(item, all_effects_off_key).value_or(""));
+    facts.usb_denied = os().exists(paths::usb_denied);
+    return start_session(session, spice_command_line(facts),
                          {"rm -rf /root/.config/spice/known_hosts", "killall spicec",
                           "killall spicy", "killall remote-view"});
 }

@@ -161,12 +161,9 @@ bool delete_connection(std::uint32_t type, std::uint32_t slot) {
     const auto known = known_type(type);
     if (!known) return false;
     const std::string item = item_name(known->prefix, type * ids_per_type + slot);
-    store::change_document([&](store::Document& document) {
-        if (document.state() != store::Document::State::loaded) return false;
-        document.remove_item(item);
-        return true;
-    });
-    log(Level::info, "@delconnection type = %u, id = %u, item_name=%s", type, slot, item.c_str());
+    store::change_document([&](store::Document& document) { return document.remove_item(item); });
+    log(Level::info, "@delconnection type = %d, id = %d, item_name=%s", static_cast<int>(type),
+        static_cast<int>(slot), item.c_str());
     return true;
 }
 

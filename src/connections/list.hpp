@@ -10,7 +10,7 @@
 namespace qvtc::connections {
 
 /// The type of that number; nothing, and a line on standard output, for a
-/// number that is no type. `asker` is named in the line.
+/// number that is no type.
 std::optional<Type> known_type(std::uint32_t number);
 
 /// The lowest free id of a type's block; nothing, and a line in the log, when

@@ -8,6 +8,9 @@ namespace qvtc {
 
 enum class Level : int { debug = 0, info = 1, error = 2 };
 
+/// No level of the log: a message under it is lost, but a missing log is created.
+inline constexpr auto no_level = static_cast<Level>(-1);
+
 /// Longest message of one log line, in bytes; the rest of a longer one is cut.
 inline constexpr std::size_t log_message_limit = 10239;
 
@@ -16,7 +19,8 @@ inline constexpr std::size_t log_message_limit = 10239;
 /// opened the message is lost: there is no better place to report that to.
 void log_message(Level level, std::string_view message);
 
-void log_arguments(Level level, const char* format, std::va_list arguments);
+[[gnu::format(printf, 2, 0)]] void log_arguments(Level level, const char* format,
+                                                 std::va_list arguments);
 
 [[gnu::format(printf, 2, 3)]] void log(Level level, const char* format, ...);
 

@@ -17,6 +17,7 @@ namespace {
 
 constexpr const char* root_name = "ThinClientConfig";
 constexpr const char* encoding = "UTF-8";
+constexpr const char* foreign_root = "check root element failed. \n";
 constexpr int lock_seconds = 10;
 constexpr int parse_options = XML_PARSE_RECOVER | XML_PARSE_NOBLANKS | XML_PARSE_NONET;
 
@@ -37,6 +38,13 @@ xmlNode* first_child(const xmlNode* parent, std::string_view name) {
     xmlNode* child = parent->children;
     while (child != nullptr && !is_named(child, name)) child = child->next;
     return child;
+}
+
+/// Deliberate: what is wrong with a document goes to the log without a level,
+/// so that it writes no line; only the result tells.
+bool fail(const char* text) {
+    log_message(no_level, text);
+    return false;
 }
 
 std::string content_of(const xmlNode* node) {
@@ -133,12 +141,16 @@ Document Document::load() {
                                                paths::settings_document, encoding, parse_options));
     if (result.document_ == nullptr) return result;
     const xmlNode* const root = result.root();
-    result.state_ = root != nullptr && is_named(root, root_name) ? State::loaded : State::foreign;
+    if (root == nullptr) {
+        result.state_ = State::rootless;
+    } else {
+        result.state_ = is_named(root, root_name) ? State::loaded : State::foreign;
+    }
     return result;
 }
 
 std::optional<std::string> Document::get(const std::string& item, const std::string& key) const {
-    if (state_ != State::loaded) return std::nullopt;
+    if (!is_loaded(foreign_root)) return std::nullopt;
     const xmlNode* const found = first_child(root(), item);
     if (found == nullptr) return std::nullopt;
     for (const xmlNode* child = found->children; child != nullptr; child = child->next) {
@@ -152,7 +164,7 @@ std::optional<std::string> Document::get(const std::string& item, const std::str
 std::vector<std::string> Document::get_all(const std::string& item,
                                            std::span<const char* const> keys) const {
     std::vector<std::string> values(keys.size());
-    const xmlNode* const found = state_ == State::loaded ? first_child(root(), item) : nullptr;
+    const xmlNode* const found = is_loaded(foreign_root) ? first_child(root(), item) : nullptr;
     if (found == nullptr) return values;
     std::size_t expected = 0; // keys mostly stand in the order in which they are asked for
     for (const xmlNode* child = found->children; child != nullptr; child = child->next) {
@@ -167,11 +179,26 @@ std::vector<std::string> Document::get_all(const std::string& item,
     return values;
 }
 
+bool Document::is_loaded(const char* foreign_root_text) const {
+    switch (state_) {
+    case State::loaded:
+        return true;
+    case State::rootless:
+        return fail("get root node failed. \n");
+    case State::foreign:
+        return fail(foreign_root_text);
+    case State::absent:
+    case State::unreadable:
+        break;
+    }
+    return fail("open xml file failed. \n");
+}
+
 bool Document::begin() {
     document_.reset(xmlNewDoc(xml("1.0")));
-    if (document_ == nullptr) return false;
+    if (document_ == nullptr) return fail("create xml doc failed. \n");
     xmlDocSetRootElement(document_.get(), xmlNewNode(nullptr, xml(root_name)));
-    if (root() == nullptr) return false;
+    if (root() == nullptr) return fail("create root_node failed. \n");
     state_ = State::loaded;
     return true;
 }
@@ -186,11 +213,12 @@ bool Document::set_all(const std::string& item, std::span<const char* const> key
     for (std::size_t i = 0; i < keys.size(); ++i) {
         if (!can_be_stored(item, keys[i], values[i])) return false;
     }
-    if (state_ == State::absent && !begin()) return false;
-    if (state_ != State::loaded) return false;
+    const bool fresh = state_ == State::absent;
+    if (fresh && !begin()) return false;
+    if (!is_loaded("check root_node element failed. \n")) return false;
     xmlNode* parent = first_child(root(), item);
     if (parent == nullptr) parent = xmlNewChild(root(), nullptr, xml(item), nullptr);
-    if (parent == nullptr) return false;
+    if (parent == nullptr) return fail("create son_node failed. \n");
     xmlNode* expected = parent->children; // keys mostly stand in the order in which they are stored
     for (std::size_t i = 0; i < keys.size(); ++i) {
         const std::string stored = xml_text(stored_form(values[i]));
@@ -201,21 +229,25 @@ bool Document::set_all(const std::string& item, std::span<const char* const> key
             xmlNodeSetContent(child, xml(stored));
             expected = child->next;
         } else if (!append_key(parent, keys[i], stored)) {
-            return false;
+            return fail(fresh ? "create grandson_node failed. \n"
+                              : "Created grandson_node failed. \n");
         }
     }
     return true;
 }
 
-void Document::remove_item(const std::string& item) {
-    if (state_ == State::loaded) remove_children(root(), item);
+bool Document::remove_item(const std::string& item) {
+    if (!is_loaded(foreign_root)) return false;
+    remove_children(root(), item);
+    return true;
 }
 
-void Document::remove_key(const std::string& item, const std::string& key) {
-    if (state_ != State::loaded) return;
+bool Document::remove_key(const std::string& item, const std::string& key) {
+    if (!is_loaded(foreign_root)) return false;
     for (xmlNode* child = root()->children; child != nullptr; child = child->next) {
         if (is_named(child, item)) remove_children(child, key);
     }
+    return true;
 }
 
 bool Document::save() const {

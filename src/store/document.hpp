@@ -38,7 +38,8 @@ class Document {
     enum class State {
         loaded,
         absent,     ///< missing, empty or damaged beyond recovery
-        foreign,    ///< its root is missing or is not ours: not to be touched
+        rootless,   ///< without a root element: not to be touched
+        foreign,    ///< its root is not ours: not to be touched
         unreadable, ///< there, but it cannot be read: not to be touched
     };
 
@@ -67,9 +68,10 @@ class Document {
     bool set_all(const std::string& item, std::span<const char* const> keys,
                  std::span<const std::string> values);
 
-    /// Removes all items of that name, or that key from all of them.
-    void remove_item(const std::string& item);
-    void remove_key(const std::string& item, const std::string& key);
+    /// Removes all items of that name, or that key from all of them; false when
+    /// there is no document of ours.
+    bool remove_item(const std::string& item);
+    bool remove_key(const std::string& item, const std::string& key);
 
     /// Replaces the document on disk; false (and the reason in the log) when it
     /// could not be, and the former one still stands.
@@ -82,6 +84,7 @@ class Document {
 
     xmlNode* root() const { return xmlDocGetRootElement(document_.get()); }
     bool begin();
+    bool is_loaded(const char* foreign_root_text) const;
 
     State state_ = State::absent;
     std::unique_ptr<xmlDoc, Release> document_;

@@ -12,13 +12,10 @@ namespace {
 template <typename Change>
 int change_existing(Change&& change) {
     return guard(-1, [&] {
-        bool ours = false;
-        const bool locked = store::change_document([&](Document& document) {
-            ours = document.state() == Document::State::loaded;
-            if (ours) change(document);
-            return ours;
-        });
-        return locked && ours ? 0 : -1;
+        bool changed = false;
+        const bool locked =
+            store::change_document([&](Document& document) { return changed = change(document); });
+        return locked && changed ? 0 : -1;
     });
 }
 
@@ -49,10 +46,10 @@ int xmlwrite(const char* item, const char* key, char* value) {
 }
 
 int xml_del_itemNode(const char* item) {
-    return change_existing([&](Document& document) { document.remove_item(item); });
+    return change_existing([&](Document& document) { return document.remove_item(item); });
 }
 
 int xml_del_grandsonNode(const char* item, const char* key) {
-    return change_existing([&](Document& document) { document.remove_key(item, key); });
+    return change_existing([&](Document& document) { return document.remove_key(item, key); });
 }
 }

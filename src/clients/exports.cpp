@@ -73,7 +73,7 @@ void* launchclient_thread(void* command) {
         }
         return -1L;
     });
-    return reinterpret_cast<void*>(status);
+    return reinterpret_cast<void*>(status); // NOLINT(performance-no-int-to-ptr): the contract
 }
 
 int addstatusitem(json_object* object, const char* text) {

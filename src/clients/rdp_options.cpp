@@ -9,7 +9,7 @@ namespace {
 
 std::string gateway(const RdpFacts& facts) {
     if (!is_on(facts.record[Field::useRdGateway])) return "";
-    const std::string address =
+    std::string address =
         textf(" /g:'%s' ", shell::in_single(facts.record[Field::rdGatewayAddress]).c_str());
     const std::string& domain = facts.record[Field::rdGatewayDomain];
     if (domain.empty()) return address;

@@ -13,8 +13,6 @@
 #include "core/pipe_stream.hpp"
 #include "core/text.hpp"
 
-extern char** environ;
-
 namespace qvtc {
 
 namespace {

@@ -44,6 +44,7 @@ std::string file_of_today(std::string_view directory) {
 void overwrite_path(const std::string& path) {
     char* const stored = setting().logpath;
     if (path == stored) return;
+    // NOLINTNEXTLINE(bugprone-not-null-terminated-result)
     std::memcpy(stored, path.data(), std::min(path.size(), sizeof setting().logpath - 1));
 }
 

@@ -88,8 +88,9 @@ std::string resolve_links(std::string path) {
         char target[PATH_MAX];
         const ssize_t length = readlink(path.c_str(), target, sizeof target);
         if (length < 0) break;
-        const std::string text(target, static_cast<std::size_t>(length));
-        path = text.starts_with('/') ? text : directory_of(path) + "/" + text;
+        const std::string_view text(target, static_cast<std::size_t>(length));
+        path = text.starts_with('/') ? "" : directory_of(path) + "/";
+        path += text;
     }
     return path;
 }

@@ -4,6 +4,8 @@ include(CMakePackageConfigHelpers)
 install(TARGETS qvtcapi EXPORT qvtcapi-targets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(FILES include/qvtcapi/qvtcapi.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qvtcapi)
 
+# Relative, so that the package may be moved.
+file(RELATIVE_PATH prefix_from_pkgconfig ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(packaging/qvtcapi.pc.in packaging/qvtcapi.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/packaging/qvtcapi.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 

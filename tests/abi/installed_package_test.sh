@@ -15,7 +15,7 @@ cmake --install "$build" --prefix "$work/package" >install.log
 libdir=$(dirname "$(find package -name qvtcapi.pc)")/..
 PKG_CONFIG_PATH=$(realpath "$libdir/pkgconfig")
 LD_LIBRARY_PATH=$(realpath "$libdir")
-export PKG_CONFIG_PATH
+export PKG_CONFIG_PATH LD_LIBRARY_PATH
 
 readonly strict=(-Wall -Wextra -Wpedantic -Werror)
 read -r -a flags <<<"$(pkg-config --cflags --libs qvtcapi json-c)"
@@ -43,6 +43,6 @@ for program in in_c by_cmake/front_end; do
     "$terminal" --env LD_LIBRARY_PATH="$LD_LIBRARY_PATH" -- "$work/$program" >output.log 2>&1 ||
         { cat output.log && exit 1; }
 done
-LD_LIBRARY_PATH=$LD_LIBRARY_PATH ./example --help | grep -q '^Usage: front_end '
+{ ./example 2>&1 || true; } | grep '^Usage: front_end '
 "$terminal" --env LD_LIBRARY_PATH="$LD_LIBRARY_PATH" -- "$work/package/bin/qvtcctl" --version
 echo "built and run with the installed package"

@@ -1,5 +1,6 @@
 #include "clients/diagnosis.hpp"
 
+#include <atomic>
 #include <span>
 
 #include "clients/failure_phrases.hpp"
@@ -170,11 +171,13 @@ std::string vnc_verdict(std::string_view words) {
 
 std::string counted_poll(std::string value, bool client_runs, int& counter) {
     if (!client_runs) return value;
-    if (counter < polls_until_connected) {
-        ++counter;
+    // A plain int by contract, but several threads may poll.
+    const std::atomic_ref<int> polls(counter);
+    if (polls < polls_until_connected) {
+        ++polls;
         return value;
     }
-    counter = 1;
+    polls = 1;
     return status_value::connected;
 }
 

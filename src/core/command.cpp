@@ -1,7 +1,7 @@
 #include "core/command.hpp"
 
+#include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
@@ -19,6 +19,7 @@ namespace {
 
 constexpr const char* shell_path = "/bin/sh";
 constexpr int pipe_capacity = 131072;
+constexpr std::size_t line_limit = 63;
 
 /// A descriptor closed at the end of its scope.
 class Descriptor {
@@ -86,6 +87,26 @@ void read_all(int descriptor, char* output, std::size_t size) {
     if (size > 0) read_some(descriptor, &overflow, 1);
 }
 
+// The streams of popen are read without stdio: it would give up, and drop what
+// it has read, when a signal of the front-end's interrupts it.
+
+std::string read_output(int descriptor) {
+    std::string output;
+    char block[4096];
+    for (ssize_t count = 0; (count = read_some(descriptor, block, sizeof block)) > 0;)
+        output.append(block, static_cast<std::size_t>(count));
+    return output;
+}
+
+/// A line with its newline, or as much of it as `limit` allows.
+std::string read_line(int descriptor, std::size_t limit) {
+    std::string line;
+    char c = 0;
+    while (line.size() < limit && !line.ends_with('\n') && read_some(descriptor, &c, 1) == 1)
+        line += c;
+    return line;
+}
+
 Capture reap(pid_t child) {
     pid_t reaped = 0;
     do {
@@ -124,15 +145,13 @@ Capture capture_output(const char* command, char* output, std::size_t size) {
 std::optional<std::vector<std::string>> output_lines(const char* command) {
     PipeStream stream(command);
     if (!stream.is_open()) return std::nullopt;
+    const std::string output = read_output(fileno(stream.get()));
     std::vector<std::string> lines;
-    char* line = nullptr;
-    std::size_t capacity = 0;
-    while (getline(&line, &capacity, stream.get()) >= 0) {
-        std::string text(line);
-        if (text.ends_with('\n')) text.pop_back();
-        lines.push_back(std::move(text));
+    for (std::size_t start = 0; start < output.size();) {
+        const std::size_t end = std::min(output.find('\n', start), output.size());
+        lines.push_back(c_text(output.substr(start, end - start)));
+        start = end + 1;
     }
-    std::free(line);
     return lines;
 }
 
@@ -142,13 +161,13 @@ std::optional<std::string> first_line(const char* command) {
         log(Level::error, "@execmd popen error %s", std::strerror(errno));
         return std::nullopt;
     }
-    char line[64] = {};
     errno = 0; // the end of the output is no error of the system's
-    if (std::fgets(line, sizeof line, stream.get()) == nullptr) {
+    const std::string line = read_line(fileno(stream.get()), line_limit);
+    if (line.empty()) {
         log(Level::error, "@execmd fgets error:%s", std::strerror(errno));
         return std::nullopt;
     }
-    std::string text = remove_all(line, ' ');
+    std::string text = remove_all(c_text(line), ' ');
     // Deliberate: a line of 63 characters, or one without a newline, loses a
     // character of its own here.
     if (!text.empty()) text.pop_back();

@@ -53,8 +53,8 @@ char* hand_over(const std::string& bytes, std::uint32_t* length) {
 
 extern "C" {
 
-extern ParamTable qvtc_storage_urlparams;
-constinit ParamTable qvtc_storage_urlparams;
+extern ParamTable::Bytes qvtc_storage_urlparams;
+constinit ParamTable::Bytes qvtc_storage_urlparams{};
 extern QVTC_EXPORT urlparam urlparams[ParamTable::entry_count]
     __attribute__((alias("qvtc_storage_urlparams")));
 }
@@ -135,8 +135,8 @@ void settime() { dated_log::write_time(); }
 
 char* geturlvalue(const char* text, const char* name) {
     if (text == nullptr || name == nullptr || *text == '\0') return nullptr;
-    qvtc_storage_urlparams.parse(text);
-    return const_cast<char*>(qvtc_storage_urlparams.find(name));
+    const std::size_t readable = ParamTable::fill(qvtc_storage_urlparams, text);
+    return const_cast<char*>(ParamTable::find(qvtc_storage_urlparams, readable, name));
 }
 
 int strtojson(char* text, char* output) {

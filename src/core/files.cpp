@@ -119,10 +119,10 @@ int replace_file(const std::string& path, std::string_view content) {
 
 DirectoryLock::DirectoryLock(const std::string& directory, int seconds)
     : directory_(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)),
-      acquired_(directory_ < 0) {
+      acquired_(directory_ < 0 && (errno == ENOENT || errno == ENOTDIR)) {
     using Clock = std::chrono::steady_clock;
     const auto deadline = Clock::now() + std::chrono::seconds(seconds);
-    while (!acquired_) {
+    while (!acquired_ && directory_ >= 0) {
         acquired_ = flock(directory_, LOCK_EX | LOCK_NB) == 0;
         if (acquired_ || Clock::now() >= deadline) break;
         std::this_thread::sleep_for(std::chrono::milliseconds(1));

@@ -37,8 +37,8 @@ class DirectoryLock {
     DirectoryLock& operator=(const DirectoryLock&) = delete;
     ~DirectoryLock();
 
-    /// False only when another holder kept it for all that time. A directory
-    /// that cannot be opened has nothing in it to be guarded.
+    /// False when another holder kept it for all that time, or the directory
+    /// cannot be opened. A missing one has nothing in it to be guarded.
     bool acquired() const { return acquired_; }
 
   private:

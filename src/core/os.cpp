@@ -1,9 +1,11 @@
 #include "core/os.hpp"
 
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <memory>
 #include <pthread.h>
+#include <thread>
 #include <unistd.h>
 
 #include "core/command.hpp"
@@ -47,7 +49,9 @@ class LinuxOs final : public Os {
     bool exists(const char* path) override { return access(path, F_OK) == 0; }
     std::time_t now() override { return std::time(nullptr); }
     void sleep(unsigned seconds) override {
-        while (seconds > 0) seconds = ::sleep(seconds);
+        // Goes on after a signal with what is left to the nanosecond: sleep()
+        // rounds, and a front-end's timer would make it endless or short.
+        std::this_thread::sleep_for(std::chrono::seconds(seconds));
     }
     bool start_thread(std::function<void()> body) override {
         return start_detached(std::move(body));

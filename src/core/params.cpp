@@ -6,10 +6,9 @@
 
 namespace qvtc {
 
-void ParamTable::parse(std::string_view text) {
-    if (text.empty()) return;
-    bytes_.fill('\0');
-    readable_ = 0;
+std::size_t ParamTable::fill(Bytes& bytes, std::string_view text) {
+    bytes.fill('\0');
+    std::size_t equal_signs = 0;
     std::size_t start = 0; // of the name or the value that is being filled
     std::size_t entry = 0;
     std::size_t offset = 0;
@@ -17,20 +16,22 @@ void ParamTable::parse(std::string_view text) {
         if (c == '=') {
             start = entry * entry_size + name_size;
             offset = 0;
-            ++readable_;
+            ++equal_signs;
         } else if (c == '&') {
             start = ++entry * entry_size;
             offset = 0;
         } else {
-            if (start + offset < table_size) bytes_[start + offset] = c;
+            // The last byte stays: a value at the very end is terminated, too.
+            if (start + offset < bytes.size() - 1) bytes[start + offset] = c;
             ++offset;
         }
     }
+    return std::min(equal_signs, entry_count);
 }
 
-const char* ParamTable::find(std::string_view name) const {
-    for (std::size_t entry = 0; entry < std::min(readable_, entry_count); ++entry) {
-        const char* const stored_name = bytes_.data() + entry * entry_size;
+const char* ParamTable::find(const Bytes& bytes, std::size_t readable, std::string_view name) {
+    for (std::size_t entry = 0; entry < readable; ++entry) {
+        const char* const stored_name = bytes.data() + entry * entry_size;
         const char* const value = stored_name + name_size;
         if (*stored_name != '\0' && *value != '\0' && name == stored_name) return value;
     }

@@ -19,19 +19,26 @@ class ParamTable {
     static constexpr std::size_t value_size = 256;
     static constexpr std::size_t entry_size = name_size + value_size;
     static constexpr std::size_t table_size = entry_count * entry_size;
+    using Bytes = std::array<char, table_size>;
 
     /// Fills the table anew from a non-empty text; an empty one changes nothing.
-    void parse(std::string_view text);
+    void parse(std::string_view text) {
+        if (!text.empty()) readable_ = fill(bytes_, text);
+    }
 
     /// The value of the first pair of that name which has both a name and a
     /// value, valid until the next parse; null when there is none. A pair is
     /// only seen if the text held at least as many "=" as pairs up to it.
-    const char* find(std::string_view name) const;
+    const char* find(std::string_view name) const { return find(bytes_, readable_, name); }
+
+    // The same over bytes that lie elsewhere, as the exported ones do.
+
+    /// Gives the number of entries that may be looked at.
+    static std::size_t fill(Bytes& bytes, std::string_view text);
+    static const char* find(const Bytes& bytes, std::size_t readable, std::string_view name);
 
   private:
-    // One byte more than the table, so that a value at its very end is still
-    // terminated.
-    std::array<char, table_size + 1> bytes_{};
+    Bytes bytes_{};
     std::size_t readable_ = 0;
 };
 

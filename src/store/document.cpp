@@ -70,6 +70,8 @@ void remove_children(xmlNode* parent, const std::string& name) {
 /// Length of the UTF-8 character that `text` begins with; 0 when it is none
 /// that XML can hold.
 std::size_t xml_character(std::string_view text) {
+    // libxml2 would take a byte from the middle of a character for a first one.
+    if ((static_cast<unsigned char>(text.front()) & 0xC0U) == 0x80U) return 0;
     int length = static_cast<int>(std::min<std::size_t>(text.size(), 4));
     const int code = xmlGetUTF8Char(reinterpret_cast<const unsigned char*>(text.data()), &length);
     if (code < 0) return 0;
@@ -271,7 +273,8 @@ namespace detail {
 WriteLock::WriteLock()
     : lock_(directory_of(resolve_links(paths::settings_document)), lock_seconds) {
     if (!lock_.acquired()) {
-        log(Level::error, "@xmlwrite %s is held by another writer", paths::settings_document);
+        log(Level::error, "@xmlwrite %s not locked: another writer holds it, or none can",
+            paths::settings_document);
     }
 }
 

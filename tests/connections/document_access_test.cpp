@@ -66,6 +66,7 @@ TEST_F(DocumentAccess, EveryOperationLoadsOnceAndSavesOnceIfItChangesSomething) 
         items.push_back(test::record_item("rdpItem_id_" + std::to_string(id),
                                           {{"id", std::to_string(id)}, {"name", "Office"}}));
     }
+    for (const test::Item& item : test::full_block(2, "spiceItem")) items.push_back(item);
     test::store_items(items);
 
     struct Case {
@@ -77,6 +78,7 @@ TEST_F(DocumentAccess, EveryOperationLoadsOnceAndSavesOnceIfItChangesSomething) 
         {"add", [] { store_connection(1, "name=new"); }, {1, 1}},
         {"modify", [] { store_connection(1, "id=35&name=new"); }, {1, 1}},
         {"refuse", [] { store_connection(1, "no pair"); }, {0, 0}},
+        {"refuse for a full block", [] { store_connection(2, "name=new"); }, {1, 0}},
         {"one record", [] { connection(1, 35); }, {1, 0}},
         {"no such record", [] { connection(1, 62); }, {1, 0}},
         {"list", [] { connections_of(1); }, {1, 0}},

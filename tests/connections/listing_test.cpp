@@ -75,15 +75,18 @@ TEST_F(OneConnection, DeliberatelyIsLookedForUnderGrowingNames) {
 }
 
 TEST_F(OneConnection, IsNotLookedForUnderANameOf128Bytes) {
-    std::string name = "rdpItem_id_35";
-    while (name.size() <= 127) name += "_id_35";
-    store_items({record_item(name, {{"id", "35"}})});
-    EXPECT_EQ(text_of(connection(1, 35)), "{}");
+    std::string name = "spiceItem";
+    for (int part = 0; part < 17; ++part) name += "_id_100";
+    ASSERT_EQ(name.size(), 128U);
+    store_items({record_item(name, {{"id", "100"}})});
+    EXPECT_EQ(text_of(connection(2, 100)), "{}");
+    name.resize(121);
+    store_items({record_item(name, {{"id", "100"}})});
+    EXPECT_EQ(text_of(connection(2, 100)), listed_record({{"id", "100"}}));
 }
 
-TEST_F(OneConnection, IsNotLookedForA33rdTime) {
-    // Short names reach the limit of attempts before that of bytes: "firefox" and 24 times
-    // "_id_3" are 127 bytes, so only the attempts that fit are made.
+TEST_F(OneConnection, OfTheShortestNamesIsLookedForUntilTheyHave127Bytes) {
+    // Even these reach the limit of bytes before that of attempts.
     std::string name = "firefox";
     for (int part = 0; part < 24; ++part) name += "_id_3";
     ASSERT_EQ(name.size(), 127U);

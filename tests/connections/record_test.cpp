@@ -305,6 +305,13 @@ TEST_F(FreeId, ARecordBlocksTheNumberInItsIdNotTheOneInItsName) {
     EXPECT_EQ(search.free, 34U);
 }
 
+TEST_F(FreeId, RecordsOutOfTheBlockAreNotLookedAt) {
+    test::store_items({{"rdpItem_id_31", {{"id", "32"}}}, {"rdpItem_id_64", {{"id", "33"}}}});
+    const FreeIdSearch search = find_free_id(store::Document::load(), {1, "rdpItem"});
+    EXPECT_EQ(search.numbers(), std::vector<int>{});
+    EXPECT_EQ(search.free, 32U);
+}
+
 TEST_F(FreeId, AnIdIsLookedAtAsFarAsAFieldHolds) {
     test::store_items({{"rdpItem_id_32", {{"id", std::string(62, '0') + "329"}}}});
     const FreeIdSearch search = find_free_id(store::Document::load(), {1, "rdpItem"});

@@ -1,0 +1,96 @@
+#include "desktop.hpp"
+#include "faulty_server.hpp"
+#include "records.hpp"
+#include "support/support.hpp"
+
+#include <optional>
+
+namespace qvtc::test {
+namespace {
+
+/// A launch that must fail.
+struct Failure {
+    const char* name;
+    const char* remote;             ///< options of the remote desktop, null for none
+    FaultyServer::Behaviour server; ///< or a server of our own, whose port takes the place of PORT
+    Fields fields;                  ///< of the record, besides its name and 127.0.0.1
+    const char* words;              ///< of the client in this situation
+    const char* reported; ///< the phrase from which on the log is reported, null if it is not
+};
+
+void PrintTo(const Failure& failure, std::ostream* stream) { *stream << failure.name; }
+
+const Fields demo_user = {{"username", "demo"}, {"password", stored_password("password")}};
+
+// clang-format off
+const Failure failures[] = {
+    {"WrongPassword", "--password", nullptr,
+     {{"username", "demo"}, {"password", stored_password("wrong")}},
+     "ERRCONNECT_CONNECT_TRANSPORT_FAILED", nullptr},
+    {"UnknownUser", "--password", nullptr,
+     {{"username", "nobody"}, {"password", stored_password("password")}},
+     "ERRCONNECT_CONNECT_TRANSPORT_FAILED", nullptr},
+    {"NoUser", "--password", nullptr, {},
+     "ERRCONNECT_NO_OR_MISSING_CREDENTIALS", "ERRCONNECT_NO_OR_MISSING_CREDENTIALS"},
+    {"NoServerAtThePort", nullptr, nullptr,
+     {{"useCustomRDPPort", "on"}, {"rdpPort", "3390"}},
+     "returned a system error 32: Broken pipe", nullptr},
+    {"NoWayToTheServer", nullptr, nullptr, {{"serverAddress", "10.9.9.9"}},
+     "ERRCONNECT_CONNECT_FAILED", nullptr},
+    {"NameThatDoesNotResolve", nullptr, nullptr, {{"serverAddress", "nowhere.invalid"}},
+     "ERRCONNECT_DNS_NAME_NOT_FOUND", nullptr},
+    {"NegotiationRefused", nullptr, refuse_negotiation,
+     {{"useCustomRDPPort", "on"}, {"rdpPort", "PORT"}},
+     "Protocol Security Negotiation Failure", "Error: protocol security"},
+    {"ConnectionReset", nullptr, reset_connection,
+     {{"useCustomRDPPort", "on"}, {"rdpPort", "PORT"}},
+     "returned a system error 104: Connection reset by peer", "Connection reset by peer"},
+    {"AuthenticationFailed", nullptr, refuse_logon(0xc0000001),
+     {{"username", "demo"}, {"password", stored_password("wrong")}, {"useCustomRDPPort", "on"}, {"rdpPort", "PORT"}},
+     "ERRCONNECT_AUTHENTICATION_FAILED", "ERRCONNECT_AUTHENTICATION_FAILED"},
+    {"LogonFailure", nullptr, refuse_logon(0xc000006d),
+     {{"username", "demo"}, {"password", stored_password("wrong")}, {"useCustomRDPPort", "on"}, {"rdpPort", "PORT"}},
+     "STATUS_LOGON_FAILURE", nullptr},
+    {"GatewayRefusesTheUser", nullptr, refuse_gateway_user,
+     {{"username", "demo"}, {"domain", "D"}, {"useRdGateway", "on"}, {"rdGatewayAddress", "127.0.0.1:PORT"},
+      {"rdGatewayDomain", "GD"}, {"rdGatewayPassword", stored_password("wrong")}},
+     "Protocol Security Negotiation Failure", "Error: protocol security"},
+};
+// clang-format on
+
+class FailedLaunch : public Journey, public testing::WithParamInterface<Failure> {};
+
+/// Later fields take the place of earlier ones of the same name.
+Fields merged(Fields fields, const Fields& more, const std::string& port) {
+    for (auto [name, value] : more) {
+        if (const auto place = value.find("PORT"); place != value.npos)
+            value.replace(place, 4, port);
+        std::erase_if(fields, [&](const auto& field) { return field.first == name; });
+        fields.emplace_back(name, value);
+    }
+    return fields;
+}
+
+TEST_P(FailedLaunch, IsReportedInTheClientsWords) {
+    const Failure& failure = GetParam();
+    std::optional<FaultyServer> server;
+    if (failure.remote != nullptr) start_remote_desktop(failure.remote);
+    if (failure.server) server.emplace(failure.server);
+    const unsigned id = store_record(
+        merged({{"name", "desk"}, {"serverAddress", "127.0.0.1"}, {"colorDepth", "32"}},
+               failure.fields, server ? server->port() : ""));
+
+    const std::string status = status_of_failed_launch(id);
+
+    EXPECT_NE(client_words().find(failure.words), std::string::npos) << client_words();
+    EXPECT_EQ(status,
+              failure.reported != nullptr ? status_from(failure.reported) : status_unknown())
+        << client_words();
+    EXPECT_EQ(client_windows(), std::vector<std::string>{});
+}
+
+INSTANTIATE_TEST_SUITE_P(Rdp, FailedLaunch, testing::ValuesIn(failures),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+} // namespace
+} // namespace qvtc::test

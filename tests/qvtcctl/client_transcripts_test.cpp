@@ -1,0 +1,251 @@
+// qvtcctl as its user sees it, against the real library and stand-ins for the clients.
+#include "support/support.hpp"
+#include "transcript.hpp"
+
+#include <gtest/gtest.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+using test::StandIn;
+using test::Transcript;
+using test::write_file;
+
+/// A screen whose windows depend on what qvtcctl itself has asked, so that each stage of a launch
+/// is seen: the library's watcher asks too, and is told what qvtcctl was told last.
+class Screen {
+  public:
+    /// The window is there from the given question of qvtcctl on.
+    Screen(const std::string& window, int from_question) : program_("xwininfo") {
+        program_.runs("if [[ $(ps -o comm= -p $PPID) == qvtcctl ]]; then echo >>/tmp/asked; fi\n"
+                      "[[ -f /tmp/asked ]] || exit 0\n"
+                      "(($(wc -l </tmp/asked) >= " +
+                      std::to_string(from_question) + ")) && echo '  0x200001 \"" + window +
+                      "\"'\nexit 0");
+    }
+    /// The window never comes.
+    Screen() : Screen("none", 0) {}
+
+  private:
+    StandIn program_;
+};
+
+/// A client that says something and ends as soon as qvtcctl has seen it running.
+std::string ending_client(const std::string& says) {
+    return "until [[ -f /tmp/asked ]]; do sleep 0.05; done; cat <<'LOG'\n" + says + "LOG\n";
+}
+
+constexpr const char* add_office =
+    "qvtcctl connection add rdp name=office serverAddress=10.0.0.5 username=anna";
+
+TEST(QvtcctlTranscript, LaunchUntilConnected) {
+    const Screen screen("office\": (\"xfreerdp\" \"xfreerdp\")", 2);
+    StandIn client("xfreerdp");
+    client.keeps_running();
+    Transcript transcript;
+    transcript.run(add_office)
+        .run("qvtcctl status 32")
+        .run("qvtcctl launch 32 --wait")
+        .run("qvtcctl status 32")
+        .run("qvtcctl status 32 --json")
+        .run("qvtcctl connection add rdp name=other serverAddress=10.0.0.6")
+        .run("qvtcctl status 33")
+        .run("qvtcctl cancel")
+        .run("qvtcctl status 32")
+        .run("qvtcctl cancel");
+    transcript.expect("launch_connected");
+    ASSERT_EQ(client.calls().size(), 1U);
+    EXPECT_EQ(client.calls().front().front(), "/t:office");
+}
+
+TEST(QvtcctlTranscript, LaunchOnATerminal) {
+    const Screen screen("xfreerdp", 2);
+    StandIn client("xfreerdp");
+    client.keeps_running();
+    Transcript transcript;
+    transcript.run(add_office).run_on_terminal("qvtcctl launch 32 --wait");
+    transcript.expect("launch_on_terminal");
+}
+
+TEST(QvtcctlTranscript, LaunchWithoutWaiting) {
+    const Screen screen;
+    StandIn client("xfreerdp");
+    client.keeps_running();
+    Transcript transcript;
+    transcript.run(add_office)
+        .run("qvtcctl launch 32")
+        .run("qvtcctl launch 32 --json")
+        .run("qvtcctl launch 33")
+        .run("qvtcctl status 32");
+    transcript.expect("launch");
+}
+
+// Whoever launches it from wherever: a client belongs on the terminal's own screen, and where it
+// asks for a password nobody must have to answer.
+TEST(QvtcctlTranscript, AClientGetsTheTerminalsScreenAndNoPlaceToAsk) {
+    const Screen screen;
+    StandIn client("xfreerdp");
+    client.runs("echo \"$DISPLAY $(ps -o tty= -p $$) $(readlink /proc/$$/fd/0)\" >/tmp/seen.new; "
+                "mv /tmp/seen.new /tmp/seen; sleep 100");
+    Transcript transcript;
+    transcript.run(add_office).run_on_terminal("DISPLAY=far:10 qvtcctl launch 32");
+    ASSERT_TRUE(test::wait_until([] { return test::file_exists("/tmp/seen"); }));
+    EXPECT_EQ(test::read_file("/tmp/seen"), ":0 ? /dev/null\n");
+}
+
+TEST(QvtcctlTranscript, LaunchThatIsRefused) {
+    const Screen screen;
+    StandIn client("xfreerdp");
+    client.runs(ending_client(
+        "[09:00:02:100] [21:22] [ERROR][com.freerdp.core] - SPNEGO received NTSTATUS: "
+        "STATUS_LOGON_FAILURE [0xC000006D]\n"
+        "[09:00:02:100] [21:22] [ERROR][com.freerdp.core] - nla_recv_pdu:freerdp_set_last_error_ex "
+        "ERRCONNECT_LOGON_FAILURE [0x00020014]\n"));
+    Transcript transcript;
+    transcript.run(add_office)
+        .run("qvtcctl launch 32 --wait")
+        .run("qvtcctl status 32")
+        .run("qvtcctl launch 32 --wait --json")
+        .run("qvtcctl status 32 --json");
+    transcript.expect("launch_refused");
+}
+
+TEST(QvtcctlTranscript, LaunchWithAReasonThatTheLibraryKnows) {
+    const Screen screen;
+    StandIn client("xfreerdp");
+    client.runs(ending_client("transport: BIO_read returned a system error 104: Connection reset "
+                              "by peer\n"));
+    Transcript transcript;
+    transcript.run(add_office).run("qvtcctl launch 32 --wait").expect("launch_reset");
+}
+
+TEST(QvtcctlTranscript, LaunchOfAClientThatSaysNothingUseful) {
+    const Screen screen;
+    StandIn client("xfreerdp");
+    client.runs(ending_client("something unheard of\n"));
+    Transcript transcript;
+    transcript.run(add_office).run("qvtcctl launch 32 --wait").expect("launch_unexplained");
+}
+
+TEST(QvtcctlTranscript, LaunchWhoseTimeIsOver) {
+    StandIn client("xfreerdp");
+    client.keeps_running();
+    Transcript transcript;
+    transcript.run(add_office);
+    {
+        const Screen screen;
+        transcript.run("qvtcctl launch 32 --wait --timeout 2")
+            .run("qvtcctl launch 32 --wait --timeout 2 --json");
+    }
+    StandIn no_screen("xwininfo");
+    no_screen.exits_with(1);
+    transcript.run("qvtcctl launch 32 --wait --timeout 2").run("qvtcctl status 32");
+    transcript.expect("launch_timeout");
+}
+
+// The library gives such a launch up before it starts the client and touches the client's log,
+// which still holds the words of an earlier one.
+TEST(QvtcctlTranscript, LaunchThatTheLibraryDoesNotBegin) {
+    const Screen screen;
+    StandIn client("xfreerdp");
+    client.keeps_running();
+    write_file("/home/root/freerdp.log", "[1]start to connect...\nERRCONNECT_DNS_NAME_NOT_FOUND\n");
+    Transcript transcript;
+    transcript.run(add_office)
+        .run("sed -i 's#<password/>#<password>abcde</password>#' /home/root/vpclientData.xml")
+        .run("qvtcctl launch 32 --wait");
+    StandIn horizon("vmware-view");
+    transcript.run("qvtcctl connection add horizon name=pool serverAddress=10.0.0.9")
+        .run("sed -i 's#<password/>#<password>abcde</password>#' /home/root/vpclientData.xml")
+        .run("qvtcctl launch 160 --wait --json");
+    transcript.expect("launch_not_begun");
+    EXPECT_EQ(client.calls(), StandIn::Calls{});
+}
+
+TEST(QvtcctlTranscript, LaunchOfARecordWithoutAddress) {
+    Transcript transcript;
+    transcript.run(add_office)
+        .run("sed -i 's#<serverAddress>.*<#<serverAddress>x<#' /home/root/vpclientData.xml")
+        .run("qvtcctl launch 32 --wait")
+        .expect("launch_no_address");
+}
+
+TEST(QvtcctlTranscript, ViewersFollowTheClientStatusFile) {
+    const Screen screen("lab\": (\"vncviewer\" \"Vncviewer\")", 1);
+    StandIn client("vncviewer");
+    client.keeps_running();
+    write_file("/usr/local/vpclient/config/clientstatus", "0x00000001 connect failed\n");
+    Transcript transcript;
+    transcript.run("qvtcctl connection add vnc name=lab serverAddress=10.0.0.7")
+        .run("qvtcctl launch 224 --wait")
+        .run("qvtcctl status 224")
+        .run("qvtcctl status 224 --follow --json &\n"
+             "until grep -q connected /tmp/transcript/output; do sleep 0.05; done\n"
+             "killall vncviewer; wait $!");
+    transcript.expect("viewer_connected");
+    EXPECT_EQ(test::read_file("/usr/local/vpclient/config/clientstatus"),
+              "0x00000000 connect success\n");
+}
+
+TEST(QvtcctlTranscript, AViewerWithoutAWindowHasFailed) {
+    const Screen screen;
+    StandIn client("vncviewer");
+    client.runs("echo 'ConnectToTcpAddr: connect: Connection refused'; sleep 100");
+    Transcript transcript;
+    transcript.run("qvtcctl connection add vnc name=lab serverAddress=10.0.0.7")
+        .run("qvtcctl launch 224 --wait")
+        .run("qvtcctl status 224");
+    transcript.expect("viewer_failed");
+}
+
+TEST(QvtcctlTranscript, AClientThatIsNotInstalled) {
+    const Screen screen;
+    Transcript transcript;
+    transcript.run("qvtcctl connection add horizon name=pool serverAddress=10.0.0.9")
+        .run("qvtcctl launch 160 --wait")
+        .expect("not_installed");
+}
+
+TEST(QvtcctlTranscript, FollowUntilTheClientEnds) {
+    const Screen screen("xfreerdp", 4);
+    StandIn client("xfreerdp");
+    client.runs("touch /tmp/running; until [[ -f /tmp/end ]]; do sleep 0.05; done\n"
+                "echo 'ERRINFO_LOGOFF_BY_USER (0x0000000C)'");
+    Transcript transcript;
+    transcript.run(add_office)
+        .run("qvtcctl launch 32; until [[ -f /tmp/running ]]; do sleep 0.05; done")
+        .run("qvtcctl status 32 --follow &\n"
+             "until grep -q connected /tmp/transcript/output; do sleep 0.05; done\n"
+             "touch /tmp/end; wait $!")
+        .expect("status_follow");
+}
+
+TEST(QvtcctlTranscript, Brokers) {
+    StandIn curl("curl");
+    curl.prints({"{\"isMe\":true}\n", "404\n"});
+    Transcript transcript;
+    transcript.run("qvtcctl connection add broker name=hq serverAddress=10.0.0.1")
+        .run("qvtcctl status 0")
+        .run("qvtcctl status 0")
+        .run("qvtcctl status 0 --json")
+        .run("qvtcctl launch 0");
+    transcript.expect("broker");
+}
+
+// Nothing of what ran may be left: neither the watching process, nor a zombie of it.
+TEST(QvtcctlTranscript, TheWatchingProcessEndsByItself) {
+    StandIn reset("/usr/bin/resetusb.sh");
+    const Screen screen("xfreerdp", 0);
+    StandIn client("xfreerdp");
+    client.keeps_running();
+    Transcript transcript;
+    write_file("/tmp/asked", "");
+    transcript.run(add_office).run("qvtcctl launch 32");
+    const auto watching = [] { return std::system("pgrep -x qvtcctl >/dev/null") == 0; };
+    EXPECT_TRUE(watching());
+    EXPECT_TRUE(test::wait_until([&] { return !watching(); }, std::chrono::seconds(40)));
+    EXPECT_EQ(reset.calls(), StandIn::Calls{{}});
+}
+
+} // namespace
+} // namespace qvtc::qvtcctl

@@ -1,0 +1,71 @@
+#include "qvtcctl/command_line.hpp"
+
+#include "support/support.hpp"
+
+#include <gtest/gtest.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+using Words = std::vector<std::string>;
+
+Words offered(const Words& words) {
+    const CommandLine line;
+    return completions(line.root(), words);
+}
+
+TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
+    struct Case {
+        Words words, offered;
+    };
+    const Case cases[] = {
+        {{""}, {"connection", "launch", "status", "cancel", "delay"}},
+        {{"c"}, {"connection", "cancel"}},
+        {{"connection", "s"}, {"show", "set"}},
+        {{"connection", "list", ""},
+         {"broker", "rdp", "spice", "ovirt", "citrix", "horizon", "vnc", "hdp", "web"}},
+        {{"connection", "list", "rdp", ""}, {}},
+        {{"connection", "add", "r"}, {"rdp"}},
+        {{"connection", "add", "--password", "r"}, {"rdp"}},
+        {{"connection", "add", "rdp", "rdGatewayU"},
+         {"rdGatewayUseRemoteAccount=", "rdGatewayUsername="}},
+        {{"connection", "add", "rdp", "name=x", "useG"}, {"useGFX="}},
+        {{"connection", "set", "32", "useGFX="}, {"useGFX=on", "useGFX=off"}},
+        {{"connection", "set", "32", "useGFX=of"}, {"useGFX=off"}},
+        {{"connection", "set", "32", "monitorSelect="},
+         {"monitorSelect=extend", "monitorSelect=vga", "monitorSelect=hdmi"}},
+        {{"connection", "set", "32", "password"}, {}},
+        {{"connection", "set", "32", "nosuch="}, {}},
+        {{"launch", "32", "--"}, {"--help", "--wait", "--timeout", "--json", "--debug"}},
+        {{"launch", ""}, {}},
+        {{"nosuch", ""}, {"connection", "launch", "status", "cancel", "delay"}},
+    };
+    for (const Case& c : cases) EXPECT_EQ(offered(c.words), c.offered) << c.words.back();
+}
+
+/// What bash would put into the line.
+std::string bash_completes(const std::string& typed) {
+    test::write_file(
+        "/tmp/complete",
+        "complete() { :; }; compopt() { printf '(%s)' \"$*\"; }\n"
+        "PATH=" +
+            std::string(QVTCCTL_PROGRAM).substr(0, std::string(QVTCCTL_PROGRAM).rfind('/')) +
+            ":$PATH\n"
+            ". " QVTCCTL_SOURCES "/qvtcctl.bash\n"
+            "COMP_LINE=$1 COMP_POINT=${#1}; _qvtcctl; printf '%s\\n' \"${COMPREPLY[@]}\"\n");
+    test::write_file("/tmp/typed", "bash /tmp/complete '" + typed + "'");
+    return test::capture_stdout([] { EXPECT_EQ(std::system("bash /tmp/typed"), 0); });
+}
+
+TEST(QvtcctlCompletion, BashPutsItIntoTheLine) {
+    EXPECT_EQ(bash_completes("qvtcctl connection s"), "show\nset\n");
+    EXPECT_EQ(bash_completes("qvtcctl connection "),
+              "list\nshow\nadd\nset\nremove\nimport\nexport\n"
+              "fields\ntypes\n");
+    EXPECT_EQ(bash_completes("qvtcctl connection set 32 useGF"), "(-o nospace)useGFX=\n");
+    EXPECT_EQ(bash_completes("qvtcctl connection set 32 useGFX=o"), "on\noff\n");
+    EXPECT_EQ(bash_completes("qvtcctl connection import "), "(-o default)\n");
+}
+
+} // namespace
+} // namespace qvtc::qvtcctl

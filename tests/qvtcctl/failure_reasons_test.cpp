@@ -1,0 +1,116 @@
+#include "qvtcctl/failure_reasons.hpp"
+
+#include "qvtcctl/client_log.hpp"
+
+#include <gtest/gtest.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+TEST(QvtcctlFailureReasons, EachSaysWhatItMeansAndWhatToDoInWholeSentences) {
+    for (const FailureReason& reason : failure_reasons) {
+        EXPECT_FALSE(reason.words.empty());
+        EXPECT_TRUE(reason.means.ends_with('.')) << reason.words;
+        EXPECT_TRUE(reason.advice.ends_with('.')) << reason.words;
+        EXPECT_NE(reason.types, field_sets::none) << reason.words;
+    }
+}
+
+// Were a row behind one whose words its own words hold, it would never be found.
+TEST(QvtcctlFailureReasons, NoRowHidesALaterOne) {
+    for (std::size_t i = 0; i < failure_reasons.size(); ++i) {
+        const FailureReason& earlier = failure_reasons[i];
+        for (std::size_t j = i + 1; j < failure_reasons.size(); ++j) {
+            const FailureReason& later = failure_reasons[j];
+            const std::string text = std::string(later.words) + "\n" + std::string(later.also);
+            const bool hides = (later.types & ~earlier.types) == 0 &&
+                               text.find(earlier.words) != std::string::npos &&
+                               text.find(earlier.also) != std::string::npos;
+            EXPECT_FALSE(hides) << earlier.words << " hides " << later.words;
+        }
+    }
+}
+
+// What the clients really write in these situations; the decisive words among the others.
+TEST(QvtcctlFailureReasons, RealLogsAreUnderstood) {
+    struct Case {
+        std::string_view type, log, means;
+    };
+    const Case cases[] = {
+        {"rdp",
+         "[ERROR][com.freerdp.core] - freerdp_tcp_is_hostname_resolvable:freerdp_set_last_error_ex "
+         "ERRCONNECT_DNS_NAME_NOT_FOUND [0x00020005]",
+         "The server's name could not be found."},
+        {"rdp",
+         "[ERROR][com.freerdp.core] - freerdp_tcp_connect:freerdp_set_last_error_ex "
+         "ERRCONNECT_CONNECT_FAILED [0x00020006]\n"
+         "[ERROR][com.freerdp.core] - failed to connect to 10.9.9.9",
+         "The server could not be reached: there is no way to it, or it did not answer."},
+        {"rdp",
+         "[ERROR][com.freerdp.client.common] - GetLine returned No such file or directory [2]\n"
+         "[ERROR][com.freerdp.core] - nla_client_init:freerdp_set_last_error_ex "
+         "ERRCONNECT_NO_OR_MISSING_CREDENTIALS [0x0002001B]\n"
+         "[ERROR][com.freerdp.core.transport] - NLA begin failed",
+         "The server wants a user name and a password, and the connection has none."},
+        {"rdp",
+         "[ERROR][com.freerdp.core] - SPNEGO received NTSTATUS: STATUS_LOGON_FAILURE [0xC000006D]\n"
+         "[ERROR][com.freerdp.core] - nla_recv_pdu:freerdp_set_last_error_ex "
+         "ERRCONNECT_LOGON_FAILURE [0x00020014]\n"
+         "[ERROR][com.freerdp.core.transport] - BIO_read returned a system error 0: Success\n"
+         "[ERROR][com.freerdp.core] - ERRCONNECT_CONNECT_TRANSPORT_FAILED [0x0002000D]",
+         "The server refused the user name or the password."},
+        {"rdp",
+         "[ERROR][com.winpr.commandline] - Failed at index 1 [/t:my]: Invalid sigil\n"
+         "Usage: xfreerdp [file] [options]",
+         "The client did not understand its options, most often because of a blank in the name."},
+        {"rdp",
+         "[ERROR][com.freerdp.client.x11] - failed to open display: :9\n"
+         "[ERROR][com.freerdp.client.x11] - Please check that the $DISPLAY environment variable is "
+         "properly set.",
+         "The client could not open the terminal's screen."},
+        {"rdp",
+         "[ERROR][com.freerdp.codec] - RleDecompress8to8 failed\n"
+         "[ERROR][com.freerdp.core] - ERRCONNECT_CONNECT_CANCELLED [0x0002000B]\n"
+         "[ERROR][com.freerdp.client.common] - Maximum reconnect retries exceeded",
+         "The client could not decode the picture, most often because of a missing colour depth."},
+        {"rdp",
+         "[ERROR][com.freerdp.core] - Error: protocol security negotiation or connection failure\n"
+         "Protocol Security Negotiation Failure",
+         "Client and server found no common security protocol."},
+        {"rdp",
+         "BIO_read returned a system error 104: Connection reset by peer\n"
+         "ERRCONNECT_CONNECT_TRANSPORT_FAILED",
+         "The server broke the connection."},
+        {"rdp",
+         "[ERROR][com.freerdp.core] - ERRINFO_LOGOFF_BY_USER (0x0000000C):The disconnection "
+         "was initiated by the user logging off their session on the server.",
+         "The user logged off."},
+        {"rdp", "sh: line 1: xfreerdp: command not found", "The client program is not installed."},
+        {"vnc", "sh: 1: vncviewer: not found", "The client program is not installed."},
+        {"vnc", " main: unable to connect to socket: Connection refused (111)",
+         "Nothing answered at the server's port. Probably it is closed, or the server is switched "
+         "off."},
+        {"vnc", "Authentication failure: password check failed!",
+         "The server refused the password."},
+        {"spice", "main channel: auth failure (wrong username/password?)",
+         "The server refused the password."},
+        {"web", "Error: cannot open display: :0",
+         "The client could not open the terminal's screen."},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(explain(*find_type(c.type), 33, c.log, "").means, c.means) << c.log;
+    }
+}
+
+// The names that the RDP client has for failures: none is left without a word.
+TEST(QvtcctlFailureReasons, EveryKindOfNameOfTheRdpClientIsUnderstood) {
+    for (const std::string_view name :
+         {"ERRCONNECT_ACCESS_DENIED", "ERRCONNECT_PRE_CONNECT_FAILED",
+          "ERRINFO_CB_LOADING_DESTINATION", "ERRINFO_SERVER_CSRSS_CRASH", "ERRINFO_DECRYPT_FAILED",
+          "STATUS_INVALID_LOGON_HOURS"}) {
+        EXPECT_TRUE(explain(*find_type("rdp"), 33, name, "").known) << name;
+    }
+}
+
+} // namespace
+} // namespace qvtc::qvtcctl

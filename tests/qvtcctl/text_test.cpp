@@ -1,0 +1,55 @@
+#include "qvtcctl/text.hpp"
+
+#include <gtest/gtest.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(QvtcctlText, Utf8IsOnlyWholeShortestForms) {
+    for (const std::string& good : {""s, "abc"s, "\xC3\xA4"s, "\xE4\xB8\xAD"s, "\xF0\x9F\x98\x80"s,
+                                    "\xED\x9F\xBF"s, "\xF4\x8F\xBF\xBF"s}) {
+        EXPECT_TRUE(is_utf8(good)) << good;
+    }
+    for (const std::string& bad : {"\x80"s, "\xC3"s, "\xC3("s, "\xC0\x80"s, "\xE0\x80\x80"s,
+                                   "\xED\xA0\x80"s, "\xF4\x90\x80\x80"s, "\xFF"s, "ab\xE4\xB8"s}) {
+        EXPECT_FALSE(is_utf8(bad)) << bad;
+    }
+}
+
+TEST(QvtcctlText, PrintableShowsWhatAScreenMustNotGet) {
+    EXPECT_EQ(printable("M\xC3\xA4rz \xE4\xB8\xAD"), "M\xC3\xA4rz \xE4\xB8\xAD");
+    EXPECT_EQ(printable("a\x1b[31mb\n\x7f"), "a\\x1b[31mb\\x0a\\x7f");
+    EXPECT_EQ(printable("\xC2\x9B"), "\\xc2\\x9b");
+    EXPECT_EQ(printable("a\xFF"), "a\\xff");
+    EXPECT_EQ(printable("a\0b"s), "a\\x00b");
+}
+
+TEST(QvtcctlText, WidthCountsColumnsNotBytes) {
+    EXPECT_EQ(display_width(""), 0U);
+    EXPECT_EQ(display_width("abc"), 3U);
+    EXPECT_EQ(display_width("M\xC3\xA4rz"), 4U);
+    EXPECT_EQ(display_width("\xE4\xB8\xAD\xE6\x96\x87"), 4U);
+    EXPECT_EQ(display_width("e\xCC\x81"), 1U);
+    EXPECT_EQ(display_width("\xFF"), 1U);
+}
+
+TEST(QvtcctlText, LinesEndAtNewlines) {
+    using Lines = std::vector<std::string_view>;
+    EXPECT_EQ(split_lines(""), Lines{});
+    EXPECT_EQ(split_lines("a"), Lines{"a"});
+    EXPECT_EQ(split_lines("a\n"), Lines{"a"});
+    EXPECT_EQ(split_lines("\na\n\nb"), (Lines{"", "a", "", "b"}));
+}
+
+TEST(QvtcctlText, TrimmedHasNoWhiteSpaceAround) {
+    EXPECT_EQ(trimmed(" \ta b\r\n"), "a b");
+    EXPECT_EQ(trimmed(" \n"), "");
+    EXPECT_TRUE(is_blank("  "));
+    EXPECT_TRUE(is_blank(""));
+    EXPECT_FALSE(is_blank(" x"));
+}
+
+} // namespace
+} // namespace qvtc::qvtcctl

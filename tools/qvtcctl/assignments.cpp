@@ -1,0 +1,78 @@
+#include "qvtcctl/assignments.hpp"
+
+#include "qvtcctl/refusal.hpp"
+#include "qvtcctl/text.hpp"
+#include "qvtcctl/validation.hpp"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+Assignment parse_assignment(const std::string& word) {
+    const std::size_t equals = word.find('=');
+    if (equals == std::string::npos || equals == 0) {
+        throw UsageError(fmt::format("\"{}\" is no FIELD=VALUE.", printable(word)));
+    }
+    const std::size_t field = require_field(std::string_view(word).substr(0, equals));
+    return {field, word.substr(equals + 1)};
+}
+
+void require_settable(const Assignment& assignment) {
+    const Field& field = fields[assignment.field];
+    if (field.kind == Kind::identity) {
+        throw Refusal(ExitCode::bad_usage,
+                      fmt::format("{} cannot be set: it belongs to the connection. Remove the "
+                                  "connection and add it anew to change it.",
+                                  field.name));
+    }
+    if (field.kind == Kind::password && !assignment.value.empty()) {
+        const bool gateway = assignment.field == field_index("rdGatewayPassword");
+        throw Refusal(ExitCode::bad_usage,
+                      fmt::format("{0} is not taken from the command line, which everybody on the "
+                                  "machine can read. Use --{1}, which asks for it, or "
+                                  "--{1}-stdin.",
+                                  field.name, gateway ? "gateway-password" : "password"));
+    }
+}
+
+} // namespace
+
+std::vector<Assignment> parse_assignments(const std::vector<std::string>& words) {
+    std::vector<Assignment> assignments;
+    for (const std::string& word : words) {
+        Assignment assignment = parse_assignment(word);
+        require_settable(assignment);
+        const bool twice = std::any_of(assignments.begin(), assignments.end(),
+                                       [&](const auto& a) { return a.field == assignment.field; });
+        if (twice) {
+            throw UsageError(fmt::format("{} is given twice.", fields[assignment.field].name));
+        }
+        assignments.push_back(std::move(assignment));
+    }
+    return assignments;
+}
+
+void apply(const std::vector<Assignment>& assignments, const ConnectionType& type, Record& record) {
+    for (const Assignment& assignment : assignments) {
+        require_value(fields[assignment.field], type, assignment.value, Strictness::whole);
+        record[assignment.field] = assignment.value;
+    }
+}
+
+void require_carried(const Record& record) {
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        const std::string fault = fault_in_carrying(record[i]);
+        if (fault.empty()) continue;
+        // Of the sentences on what is wrong and what to do only the first holds here.
+        throw Refusal(
+            ExitCode::bad_usage,
+            fmt::format("a change would lose the stored {0} \"{1}\", which {2}. Give it a "
+                        "new value in the same command: {0}=VALUE.",
+                        fields[i].name, printable(record[i]), fault.substr(0, fault.find(". "))));
+    }
+}
+
+} // namespace qvtc::qvtcctl

@@ -1,0 +1,145 @@
+#include "qvtcctl/client_log.hpp"
+
+#include "qvtcctl/base64.hpp"
+#include "qvtcctl/failure_reasons.hpp"
+#include "qvtcctl/text.hpp"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+constexpr std::string_view start_words = "]start to connect...";
+constexpr std::size_t most_lines = 3;
+
+std::size_t last_start(std::string_view log) {
+    const std::size_t words = log.rfind(start_words);
+    if (words == std::string_view::npos) return std::string_view::npos;
+    return log.rfind('[', words);
+}
+
+/// The line without the time and the process that the RDP client puts before its words.
+std::string_view without_stamp(std::string_view line) {
+    for (int stamps = 0; stamps < 2 && line.starts_with('['); ++stamps) {
+        const std::size_t end = line.find("] ");
+        if (end == std::string_view::npos) break;
+        line.remove_prefix(end + 2);
+    }
+    return line;
+}
+
+// The client that was running before writes its farewell behind the mark of the new start.
+bool is_backtrace(std::string_view line) {
+    return line.find("[com.freerdp.utils] - ") != std::string_view::npos;
+}
+
+/// At most three lines that the test accepts, none twice; the last ones when "from_end".
+template <typename Test>
+std::vector<std::string> pick_lines(std::string_view log, bool from_end, Test accepts) {
+    std::vector<std::string> picked;
+    for (const std::string_view raw : split_lines(log)) {
+        std::string line = printable(trimmed(without_stamp(raw)));
+        const bool twice = std::find(picked.begin(), picked.end(), line) != picked.end();
+        if (line.empty() || twice || is_backtrace(line) || !accepts(line)) continue;
+        picked.push_back(std::move(line));
+    }
+    if (picked.size() > most_lines) {
+        const auto excess = static_cast<std::ptrdiff_t>(picked.size() - most_lines);
+        if (from_end) picked.erase(picked.begin(), picked.begin() + excess);
+        picked.resize(most_lines);
+    }
+    return picked;
+}
+
+bool holds(std::string_view text, std::string_view words) {
+    return text.find(words) != std::string_view::npos;
+}
+
+/// The client's own name for it: the whole word around the words of the row.
+std::string own_name(std::string_view text, std::string_view words) {
+    constexpr std::string_view letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ_0123456789";
+    if (words.find_first_not_of(letters) != std::string_view::npos) return std::string(words);
+    const std::size_t at = text.find(words);
+    const std::size_t before = text.find_last_not_of(letters, at);
+    const std::size_t begin = before == std::string_view::npos ? 0 : before + 1;
+    return std::string(text.substr(begin, text.find_first_not_of(letters, at) - begin));
+}
+
+std::string with_id(std::string_view advice, unsigned id) {
+    constexpr std::string_view place = "{id}";
+    std::string text(advice);
+    const std::size_t at = text.find(place);
+    if (at != std::string::npos) text.replace(at, place.size(), std::to_string(id));
+    return text;
+}
+
+Explanation meaning_of(const FailureReason& row, unsigned id) {
+    Explanation told;
+    told.means = row.means;
+    told.advice = with_id(row.advice, id);
+    told.known = true;
+    return told;
+}
+
+Explanation explanation_from_log(const FailureReason& row, const ConnectionType& type, unsigned id,
+                                 std::string_view log) {
+    Explanation told = meaning_of(row, id);
+    told.words = own_name(log, row.words);
+    told.log = type.log;
+    told.lines = pick_lines(log, false, [&](std::string_view line) {
+        return holds(line, row.words) || (!row.also.empty() && holds(line, row.also));
+    });
+    return told;
+}
+
+const FailureReason* find_reason(const ConnectionType& type, std::string_view text) {
+    const auto found =
+        std::find_if(failure_reasons.begin(), failure_reasons.end(), [&](const FailureReason& row) {
+            return contains(row.types, type) && holds(text, row.words) && holds(text, row.also);
+        });
+    return found == failure_reasons.end() ? nullptr : &*found;
+}
+
+Explanation unexplained(const ConnectionType& type, std::string_view log) {
+    Explanation told;
+    told.log = type.log;
+    told.lines =
+        pick_lines(log, true, [](std::string_view line) { return !holds(line, start_words); });
+    if (type.log.empty()) {
+        told.means =
+            fmt::format("The {} client writes no log that would name a reason.", type.title);
+        told.advice = "Look at the terminal's screen.";
+    } else if (told.lines.empty()) {
+        told.means = "The client wrote nothing that would name a reason.";
+        told.advice = "Look at the terminal's screen.";
+    } else {
+        told.means = "The client's log names no reason that is known here.";
+        told.advice = "The last lines of the log may tell more.";
+    }
+    return told;
+}
+
+} // namespace
+
+std::string_view since_last_start(std::string_view log) {
+    const std::size_t start = last_start(log);
+    return start == std::string_view::npos ? log : log.substr(start);
+}
+
+Explanation explain(const ConnectionType& type, unsigned id, std::string_view log,
+                    std::string_view library_reason) {
+    if (const FailureReason* row = find_reason(type, log)) {
+        return explanation_from_log(*row, type, id, log);
+    }
+    if (const FailureReason* row = find_reason(type, library_reason)) return meaning_of(*row, id);
+    return unexplained(type, log);
+}
+
+std::string reason_of(std::string_view status) {
+    if (status == "0" || status == "1") return "";
+    return base64_decoded(status).value_or("");
+}
+
+} // namespace qvtc::qvtcctl

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "qvtcctl/types.hpp"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qvtc::qvtcctl {
+
+/// The client's words since its last start: the text from the last line
+/// "[SECONDS]start to connect..." on, or the whole text when it holds none.
+std::string_view since_last_start(std::string_view log);
+
+/// What is to be told about a failure.
+struct Explanation {
+    std::string means;  ///< one sentence; never empty
+    std::string advice; ///< what to do
+    std::string words;  ///< what the client itself calls it; empty when nothing was found
+    std::string log;    ///< the file that the lines are from
+    std::vector<std::string> lines; ///< of the log, made printable
+    bool known = false;             ///< false: the log names no reason that is in the table
+};
+
+/// Explains a failure from the client's log since its start and from the library's own reason,
+/// which is the text behind a base64 status ("" when there is none).
+Explanation explain(const ConnectionType& type, unsigned id, std::string_view log,
+                    std::string_view library_reason);
+
+/// The text behind a failure status; empty for "0", "1" and what is no base64.
+std::string reason_of(std::string_view status);
+
+} // namespace qvtc::qvtcctl

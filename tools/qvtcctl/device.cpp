@@ -1,0 +1,192 @@
+#include "qvtcctl/device.hpp"
+
+#include "qvtcctl/json.hpp"
+#include "qvtcctl/launcher.hpp"
+#include "qvtcctl/refusal.hpp"
+#include "qvtcctl/system_log.hpp"
+
+#include <algorithm>
+#include <filesystem>
+
+#include <fmt/format.h>
+#include <qvtcapi/qvtcapi.h>
+#include <unistd.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+constexpr std::string_view root_home = "/home/root";
+constexpr std::string_view settings_document = "/home/root/vpclientData.xml";
+
+Record record_from(json_object* object) {
+    Record record;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        record[i] = text_member(object, std::string(fields[i].name).c_str());
+    }
+    return record;
+}
+
+Refusal not_taken(const std::string& what, const LogMark& log) {
+    std::string message = fmt::format(
+        "{}: the settings document did not take it. Check that {} can be written and that its "
+        "disk is not full.",
+        what, settings_document);
+    const std::string complaint = last_complaint(log.added());
+    if (!complaint.empty()) message += fmt::format(" The library's log says: \"{}\".", complaint);
+    return Refusal(ExitCode::not_done, message);
+}
+
+const Record* find_record(const std::vector<Record>& records, unsigned id) {
+    const auto found = std::find_if(records.begin(), records.end(),
+                                    [id](const Record& record) { return record.id() == id; });
+    return found == records.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+Device::Device(Chatter chatter) : chatter_(chatter) {
+    if (geteuid() != 0) {
+        throw Refusal(ExitCode::not_possible,
+                      "only root may do this: the terminal's settings belong to root. Run it as "
+                      "root, for example with sudo.");
+    }
+    if (!std::filesystem::is_directory(root_home)) {
+        throw Refusal(ExitCode::not_possible,
+                      fmt::format("this machine is no terminal that can be managed: there is no "
+                                  "directory {}, which holds a terminal's settings.",
+                                  root_home));
+    }
+}
+
+std::vector<Record> Device::records(const ConnectionType& type) const {
+    Json answer;
+    {
+        const Quiet quiet(chatter_);
+        answer.reset(qvgetconnections(type.number));
+    }
+    json_object* list = nullptr;
+    if (!answer || json_object_object_get_ex(answer.get(), "list", &list) == 0) {
+        throw Refusal(ExitCode::not_done,
+                      fmt::format("the {} connections could not be read. {} says why.", type.title,
+                                  system_log));
+    }
+    std::vector<Record> records;
+    for (std::size_t i = 0; i < json_object_array_length(list); ++i) {
+        records.push_back(record_from(json_object_array_get_idx(list, i)));
+    }
+    return records;
+}
+
+std::vector<Record> Device::records() const {
+    std::vector<Record> all;
+    for (const ConnectionType& type : connection_types) {
+        for (Record& record : records(type)) all.push_back(std::move(record));
+    }
+    return all;
+}
+
+Record Device::record(unsigned id) const {
+    const ConnectionType& type = require_type_of_id(id);
+    const std::vector<Record> stored = records(type);
+    if (const Record* found = find_record(stored, id)) return *found;
+    throw Refusal(ExitCode::not_found,
+                  fmt::format("there is no connection {}. \"qvtcctl connection list\" shows those "
+                              "that there are.",
+                              id));
+}
+
+void Device::store(const ConnectionType& type, const Record& record) const {
+    const LogMark log{std::string(system_log)};
+    std::string parameters = to_parameters(record);
+    {
+        const Quiet quiet(chatter_);
+        qvsetconnections(type.number, parameters.data());
+    }
+    const unsigned id = record.id().value_or(0);
+    const std::vector<Record> stored = records(type);
+    const Record* found = find_record(stored, id);
+    if (found == nullptr || *found != record) {
+        throw not_taken(fmt::format("connection {} was not stored", id), log);
+    }
+}
+
+unsigned Device::add(const ConnectionType& type, Record record) const {
+    const LogMark log{std::string(system_log)};
+    record.set_identity(std::nullopt, type);
+    const std::vector<Record> before = records(type);
+    if (before.size() >= QVTC_IDS_PER_TYPE) {
+        throw Refusal(ExitCode::not_done,
+                      fmt::format("there is no room: {} {} connections are stored, and a terminal "
+                                  "keeps {}. Remove one first.",
+                                  before.size(), type.title, QVTC_IDS_PER_TYPE));
+    }
+    std::string parameters = to_parameters(record);
+    {
+        const Quiet quiet(chatter_);
+        qvsetconnections(type.number, parameters.data());
+    }
+    for (const Record& stored : records(type)) {
+        const std::optional<unsigned> id = stored.id();
+        if (!id || find_record(before, *id) != nullptr) continue;
+        record.set_identity(id, type);
+        if (stored == record) return *id;
+    }
+    throw not_taken("the connection was not added", log);
+}
+
+void Device::remove(unsigned id) const {
+    const LogMark log{std::string(system_log)};
+    const ConnectionType& type = require_type_of_id(id);
+    {
+        const Quiet quiet(chatter_);
+        qvdelconnection(type.number, id - first_id(type));
+    }
+    const std::vector<Record> stored = records(type);
+    if (find_record(stored, id) != nullptr) {
+        throw not_taken(fmt::format("connection {} was not removed", id), log);
+    }
+}
+
+std::optional<std::string> Device::connect_delay() const {
+    Json answer;
+    {
+        const Quiet quiet(chatter_);
+        answer.reset(qvconnectdelay());
+    }
+    if (!answer) return std::nullopt;
+    return text_member(answer.get(), "delay");
+}
+
+void Device::set_connect_delay(unsigned seconds) const {
+    const LogMark log{std::string(system_log)};
+    {
+        const Quiet quiet(chatter_);
+        qvsetconnectdelay(fmt::format("delay={}", seconds).c_str());
+    }
+    if (connect_delay() != std::to_string(seconds)) {
+        throw not_taken("the delay was not stored", log);
+    }
+}
+
+std::string Device::client_status(unsigned id) const {
+    Json answer;
+    {
+        const Quiet quiet(chatter_);
+        answer.reset(qvgetclientstatus(id));
+    }
+    return answer ? text_member(answer.get(), "status") : "";
+}
+
+void Device::launch(unsigned id) const {
+    if (launch_in_own_process(id, chatter_)) return;
+    throw Refusal(
+        ExitCode::not_done,
+        fmt::format("the library did not start connection {}. {} says why.", id, system_log));
+}
+
+void Device::cancel_rdp() const {
+    const Quiet quiet(chatter_);
+    qvcancelconnect();
+}
+
+} // namespace qvtc::qvtcctl

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "qvtcctl/quiet.hpp"
+#include "qvtcctl/record.hpp"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qvtc::qvtcctl {
+
+/// This terminal, through the library. The library's setters always report success, so every
+/// change is read back here, and one that did not take is refused with ExitCode::not_done.
+class Device {
+  public:
+    /// Refuses (ExitCode::not_possible) to work without root's rights or without /home/root.
+    explicit Device(Chatter chatter);
+
+    /// In ascending order of their ids.
+    std::vector<Record> records(const ConnectionType& type) const;
+    std::vector<Record> records() const;
+
+    /// Refuses (ExitCode::not_found) an id under which nothing is stored.
+    Record record(unsigned id) const;
+
+    /// Stores a record under its own id, new or in place of the one that is there.
+    void store(const ConnectionType& type, const Record& record) const;
+
+    /// Stores a record under the lowest free id of its type, and returns that id.
+    unsigned add(const ConnectionType& type, Record record) const;
+
+    void remove(unsigned id) const;
+
+    /// The stored text, or nothing when none is set.
+    std::optional<std::string> connect_delay() const;
+    void set_connect_delay(unsigned seconds) const;
+
+    /// The library's answer on what has come of the last launch, as it stands.
+    std::string client_status(unsigned id) const;
+
+    /// Starts the client. The library watches a started client from a thread for up to half a
+    /// minute; a process of its own lives on for that, so that this call returns at once.
+    void launch(unsigned id) const;
+
+    /// Ends the RDP clients that the library can find.
+    void cancel_rdp() const;
+
+  private:
+    Chatter chatter_;
+};
+
+} // namespace qvtc::qvtcctl

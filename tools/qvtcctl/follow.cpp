@@ -1,0 +1,158 @@
+#include "qvtcctl/follow.hpp"
+
+#include "qvtcctl/client_status_file.hpp"
+#include "qvtcctl/processes.hpp"
+#include "qvtcctl/system_log.hpp"
+
+#include <algorithm>
+#include <thread>
+
+#include <fmt/format.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr auto between_looks = 500ms;
+constexpr std::uintmax_t log_limit = 128UL * 1024;
+
+/// What a launch is compared with afterwards.
+struct BeforeLaunch {
+    explicit BeforeLaunch(const ConnectionType& type)
+        : client_log(std::string(type.log)), library_log(std::string(system_log)),
+          start(Clock::now()) {}
+
+    ClientStatusFile status_file;
+    LogMark client_log;
+    LogMark library_log;
+    Clock::time_point start;
+};
+
+Look look_at(const Device& device, const ConnectionType& type, unsigned id,
+             const BeforeLaunch& before) {
+    Look look;
+    look.status = device.client_status(id);
+    look.client_runs = !running_processes(type.process).empty();
+    if (look.client_runs) look.window = look_for_window(type.window);
+    look.verdict = before.status_file.new_verdict();
+    look.since_launch =
+        std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - before.start);
+    return look;
+}
+
+/// The RDP launcher begins its log anew; the others add to theirs, and VNC's has no start marks.
+std::string words_since_launch(const ConnectionType& type, const BeforeLaunch& before) {
+    if (type.log.empty()) return "";
+    const std::string log = type.number == QVTC_TYPE_RDP
+                                ? file_tail(std::string(type.log), log_limit)
+                                : before.client_log.added();
+    return std::string(since_last_start(log));
+}
+
+/// What the library wrote when it gave the launch up before it started a client; else empty.
+std::string why_given_up(const BeforeLaunch& before) {
+    constexpr std::string_view sign = "decode error";
+    const std::string complaint = last_complaint(before.library_log.added());
+    return complaint.find(sign) == std::string::npos ? "" : complaint;
+}
+
+Explanation explain_given_up(const ConnectionType& type, unsigned id,
+                             const std::string& complaint) {
+    Explanation told = explain(type, id, complaint, "");
+    told.log = system_log;
+    told.words = "";
+    return told;
+}
+
+/// Says first that there was no window, when nothing better is known.
+Explanation without_window(const ConnectionType& type, Explanation told) {
+    if (told.known) return told;
+    told.means =
+        fmt::format("No window of the {} client (one that says \"{}\") appeared within ten "
+                    "seconds. {}",
+                    type.title, type.window, told.means);
+    return told;
+}
+
+Explanation explain_launch(const ConnectionType& type, unsigned id, const Look& look,
+                           const BeforeLaunch& before) {
+    Explanation told = explain(type, id, words_since_launch(type, before), reason_of(look.status));
+    return look.verdict == WatcherVerdict::failed ? without_window(type, std::move(told)) : told;
+}
+
+} // namespace
+
+LaunchOutcome launch_and_follow(const Device& device, const ConnectionType& type,
+                                const Record& record, std::chrono::seconds timeout,
+                                Progress& progress) {
+    const unsigned id = record.id().value_or(0);
+    const std::string label = label_of(id, record);
+    const auto show = [&](State state, std::chrono::milliseconds since) {
+        progress.show(fmt::format("Connection {}: {}", label, words_of(state)),
+                      std::chrono::duration_cast<std::chrono::seconds>(since).count());
+    };
+    show(State::starting, 0ms);
+    const BeforeLaunch before(type);
+    device.launch(id);
+    LaunchJudge judge(type);
+    LaunchOutcome outcome;
+    if (const std::string complaint = why_given_up(before); !complaint.empty()) {
+        outcome.state = State::failed;
+        outcome.explanation = explain_given_up(type, id, complaint);
+        return outcome;
+    }
+    while (true) {
+        const Look look = look_at(device, type, id, before);
+        outcome.state = judge.judge(look);
+        outcome.window = look.window;
+        outcome.took = look.since_launch;
+        if (outcome.state == State::connected) return outcome;
+        if (outcome.state == State::failed) {
+            outcome.explanation = explain_launch(type, id, look, before);
+            return outcome;
+        }
+        outcome.timed_out = look.since_launch >= timeout;
+        if (outcome.timed_out) return outcome;
+        show(outcome.state, look.since_launch);
+        std::this_thread::sleep_for(between_looks);
+    }
+}
+
+Standing standing_of(const Device& device, const ConnectionType& type, const Record& record) {
+    const unsigned id = record.id().value_or(0);
+    const std::vector<Process> clients = running_processes(type.process);
+    const bool ours = std::any_of(clients.begin(), clients.end(), [&](const Process& client) {
+        return serves(client, type, record);
+    });
+    Look look;
+    look.status = device.client_status(id);
+    look.client_runs = ours;
+    if (ours) look.window = look_for_window(type.window);
+    look.verdict = ClientStatusFile::verdict();
+    Standing standing;
+    standing.state = state_of(type, look);
+    standing.window = look.window;
+    standing.other_runs = !ours && !clients.empty();
+    const std::string log = type.log.empty() ? "" : file_tail(std::string(type.log), log_limit);
+    standing.last_words = explain(type, id, since_last_start(log), reason_of(look.status));
+    if (look.verdict == WatcherVerdict::failed) {
+        standing.last_words = without_window(type, std::move(standing.last_words));
+    }
+    return standing;
+}
+
+Standing follow_standing(const Device& device, const ConnectionType& type, const Record& record,
+                         const std::function<void(const Standing&)>& tell) {
+    std::optional<State> told;
+    while (true) {
+        Standing standing = standing_of(device, type, record);
+        if (standing.state != told) tell(standing);
+        told = standing.state;
+        if (*told == State::failed || *told == State::not_running) return standing;
+        std::this_thread::sleep_for(between_looks);
+    }
+}
+
+} // namespace qvtc::qvtcctl

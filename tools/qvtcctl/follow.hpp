@@ -1,0 +1,42 @@
+#pragma once
+
+#include "qvtcctl/client_log.hpp"
+#include "qvtcctl/console.hpp"
+#include "qvtcctl/device.hpp"
+#include "qvtcctl/outcome.hpp"
+
+#include <chrono>
+#include <functional>
+
+namespace qvtc::qvtcctl {
+
+/// What came of a launch that was waited for.
+struct LaunchOutcome {
+    State state = State::starting;
+    bool timed_out = false;
+    Sight window = Sight::unknown; ///< at the last look
+    std::chrono::milliseconds took{0};
+    Explanation explanation; ///< of a failure
+};
+
+/// Starts the client and looks every half second what has come of it, until it is connected, has
+/// failed, or the time is over.
+LaunchOutcome launch_and_follow(const Device& device, const ConnectionType& type,
+                                const Record& record, std::chrono::seconds timeout,
+                                Progress& progress);
+
+/// How a connection stands at this moment.
+struct Standing {
+    State state = State::not_running;
+    bool other_runs = false;       ///< a client of this kind runs, but for another connection
+    Sight window = Sight::unknown; ///< looked for only while the client runs
+    Explanation last_words;        ///< why it failed, or what the last client of its kind said
+};
+Standing standing_of(const Device& device, const ConnectionType& type, const Record& record);
+
+/// Tells every change of a connection's standing, the first included, until its client has ended
+/// or its failure is known; returns that last one.
+Standing follow_standing(const Device& device, const ConnectionType& type, const Record& record,
+                         const std::function<void(const Standing&)>& tell);
+
+} // namespace qvtc::qvtcctl

@@ -1,0 +1,138 @@
+#include "qvtcctl/secrets.hpp"
+
+#include "qvtcctl/refusal.hpp"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <utility>
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <termios.h>
+#include <unistd.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+/// The controlling terminal. It is asked directly, so that standard input and output stay free.
+class AskingTerminal {
+  public:
+    AskingTerminal() : descriptor_(open("/dev/tty", O_RDWR | O_CLOEXEC)) {}
+    ~AskingTerminal() {
+        if (descriptor_ >= 0) close(descriptor_);
+    }
+    AskingTerminal(const AskingTerminal&) = delete;
+    AskingTerminal& operator=(const AskingTerminal&) = delete;
+
+    int descriptor() const { return descriptor_; }
+    bool is_there() const { return descriptor_ >= 0; }
+    void say(const std::string& text) const {
+        // A prompt that cannot be written is not worth a failure.
+        [[maybe_unused]] const ssize_t ignored = write(descriptor_, text.data(), text.size());
+    }
+
+  private:
+    int descriptor_;
+};
+
+volatile std::sig_atomic_t ending_signal = 0;
+
+/// Switches the echo off while it lives. A signal that would end the program is kept until the
+/// echo is on again, and then takes its course: a shell without echo is a bad thing to leave.
+class NoEcho {
+  public:
+    explicit NoEcho(int terminal) : terminal_(terminal) {
+        struct sigaction keep {};
+        keep.sa_handler = [](int signal) { ending_signal = signal; };
+        for (std::size_t i = 0; i < signals.size(); ++i) {
+            sigaction(signals[i], &keep, &previous_[i]);
+        }
+        tcgetattr(terminal_, &settings_);
+        termios silent = settings_;
+        silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        tcsetattr(terminal_, TCSAFLUSH, &silent);
+    }
+    ~NoEcho() {
+        tcsetattr(terminal_, TCSAFLUSH, &settings_);
+        for (std::size_t i = 0; i < signals.size(); ++i) {
+            sigaction(signals[i], &previous_[i], nullptr);
+        }
+    }
+    NoEcho(const NoEcho&) = delete;
+    NoEcho& operator=(const NoEcho&) = delete;
+
+  private:
+    static constexpr std::array signals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+    int terminal_;
+    termios settings_{};
+    std::array<struct sigaction, signals.size()> previous_{};
+};
+
+/// A line without its newline; "whole" says whether there was one.
+std::string read_line(int from, bool& whole) {
+    std::string line;
+    whole = false;
+    while (true) {
+        char c = 0;
+        const ssize_t count = read(from, &c, 1);
+        if (count < 0 && errno == EINTR && ending_signal == 0) continue;
+        if (count <= 0) return line;
+        whole = true;
+        if (c == '\n') return line;
+        line += c;
+    }
+}
+
+std::string ask_once(const AskingTerminal& terminal, const std::string& prompt) {
+    terminal.say(prompt);
+    std::string line;
+    {
+        const NoEcho unseen(terminal.descriptor());
+        bool whole = false;
+        line = read_line(terminal.descriptor(), whole);
+    }
+    terminal.say("\n");
+    if (ending_signal != 0) std::raise(std::exchange(ending_signal, 0));
+    return line;
+}
+
+} // namespace
+
+std::string ask_for_password(const std::string& what) {
+    const AskingTerminal terminal;
+    if (!terminal.is_there()) {
+        throw Refusal(ExitCode::bad_usage,
+                      fmt::format("there is no terminal on which the {} could be asked for. Give "
+                                  "it on standard input with --password-stdin or "
+                                  "--gateway-password-stdin.",
+                                  what));
+    }
+    const std::string first = ask_once(terminal, fmt::format("New {}: ", what));
+    const std::string second = ask_once(terminal, fmt::format("The same {} again: ", what));
+    if (first != second) {
+        throw Refusal(ExitCode::bad_usage,
+                      fmt::format("the two entries of the {} differ. Nothing was changed.", what));
+    }
+    return first;
+}
+
+std::string read_password_line(const std::string& what) {
+    bool whole = false;
+    std::string line = read_line(STDIN_FILENO, whole);
+    if (!whole) {
+        throw Refusal(ExitCode::bad_usage,
+                      fmt::format("standard input holds no {}: give it as a line.", what));
+    }
+    return line;
+}
+
+void require_end_of_input() {
+    bool whole = false;
+    read_line(STDIN_FILENO, whole);
+    if (!whole) return;
+    throw Refusal(ExitCode::bad_usage, "standard input holds more than the passwords that were "
+                                       "asked for: give one line for each.");
+}
+
+} // namespace qvtc::qvtcctl

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace qvtc::qvtcctl {
+
+/// The end of a log at some moment, and what has been written since.
+class LogMark {
+  public:
+    explicit LogMark(std::string path);
+
+    /// At most the last 128 KiB of what was added since, or of the whole file when it has been
+    /// begun anew. Empty when there is none.
+    std::string added() const;
+
+  private:
+    std::string path_;
+    std::uintmax_t size_;
+};
+
+/// Where the library writes what went wrong.
+inline constexpr std::string_view system_log = "/home/root/system.log";
+
+/// The last line of that log's text that speaks of an error or a failure; empty when none does.
+std::string last_complaint(std::string_view text);
+
+/// At most the last "limit" bytes of a file; empty when it cannot be read.
+std::string file_tail(const std::string& path, std::uintmax_t limit);
+
+} // namespace qvtc::qvtcctl

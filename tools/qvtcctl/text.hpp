@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qvtc::qvtcctl {
+
+/// One step through UTF-8 text: the character and how many bytes it takes. A byte that begins no
+/// whole, shortest-form character gives nothing.
+struct Utf8Character {
+    char32_t code;
+    std::size_t bytes;
+};
+std::optional<Utf8Character> first_character(std::string_view text);
+
+bool is_utf8(std::string_view text);
+
+/// Control characters, DEL and those from U+0080 to U+009F.
+bool is_control(char32_t code);
+
+/// The text made fit for a screen: control characters and bytes that are no UTF-8 become "\xNN".
+std::string printable(std::string_view text);
+
+/// Columns that a terminal gives the text: 2 for a wide (East Asian) character, 0 for a
+/// combining one.
+std::size_t display_width(std::string_view text);
+
+std::vector<std::string_view> split_lines(std::string_view text);
+
+bool is_blank(std::string_view text);
+
+std::string_view trimmed(std::string_view text);
+
+} // namespace qvtc::qvtcctl

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "qvtcctl/exit_codes.hpp"
+#include "qvtcctl/json.hpp"
+#include "qvtcctl/quiet.hpp"
+
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace qvtc::qvtcctl {
+
+/// What holds for every verb: its common options.
+struct Context {
+    bool json = false;
+    bool debug = false;
+
+    Chatter chatter() const { return debug ? Chatter::to_standard_error : Chatter::dropped; }
+};
+
+/// What a verb has to say at its end.
+struct Answer {
+    std::string text;               ///< for a person, on standard output
+    Json json;                      ///< the same for a program, in place of the text
+    ExitCode code = ExitCode::done; ///< with another one, "error" is said too
+    std::string error;              ///< for a person, on standard error
+    std::vector<std::string> notes; ///< things to know, on standard error
+};
+
+using Run = std::function<Answer(const Context&)>;
+
+/// One command. A new one is a new row in the table of its group.
+struct Verb {
+    std::string_view name;
+    std::string_view summary;     ///< one line, for the list of commands
+    std::string_view description; ///< whole sentences, for its help
+    std::string_view examples;    ///< lines that can be typed
+    Run (*define)(CLI::App&);     ///< adds its options and arguments
+};
+
+/// Commands that share a first word; with an empty name they stand alone.
+struct Group {
+    std::string_view name;
+    std::string_view summary;
+    std::span<const Verb> verbs;
+};
+
+std::span<const Group> groups();
+
+// One table a file.
+std::span<const Verb> connection_verbs();
+std::span<const Verb> client_verbs();
+
+} // namespace qvtc::qvtcctl

@@ -1,0 +1,15 @@
+#include "qvtcctl/verb.hpp"
+
+#include <array>
+
+namespace qvtc::qvtcctl {
+
+std::span<const Group> groups() {
+    static const std::array<Group, 2> table{{
+        {"connection", "The stored connections", connection_verbs()},
+        {"", "", client_verbs()},
+    }};
+    return table;
+}
+
+} // namespace qvtc::qvtcctl

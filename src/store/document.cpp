@@ -113,7 +113,8 @@ std::string value_form(std::string stored) {
 }
 
 bool is_element_name(const std::string& name) {
-    return name.size() <= name_limit && xmlCheckUTF8(xml(name)) != 0 &&
+    // libxml2's own check of names takes characters in longer forms than UTF-8's.
+    return name.size() <= name_limit && xml_text(name) == name &&
            xmlValidateNCName(xml(name), 0) == 0;
 }
 
@@ -221,15 +222,11 @@ bool Document::set_all(const std::string& item, std::span<const char* const> key
     xmlNode* parent = first_child(root(), item);
     if (parent == nullptr) parent = xmlNewChild(root(), nullptr, xml(item), nullptr);
     if (parent == nullptr) return fail("create son_node failed. \n");
-    xmlNode* expected = parent->children; // keys mostly stand in the order in which they are stored
     for (std::size_t i = 0; i < keys.size(); ++i) {
         const std::string stored = xml_text(stored_form(values[i]));
-        xmlNode* const child = expected != nullptr && is_named(expected, keys[i])
-                                   ? expected
-                                   : first_child(parent, keys[i]);
+        xmlNode* const child = first_child(parent, keys[i]);
         if (child != nullptr) {
             xmlNodeSetContent(child, xml(stored));
-            expected = child->next;
         } else if (!append_key(parent, keys[i], stored)) {
             return fail(fresh ? "create grandson_node failed. \n"
                               : "Created grandson_node failed. \n");

@@ -18,7 +18,6 @@ class ClientStatus : public test::FreshTerminal {
   protected:
     ClientStatus() { poll_counter() = 0; }
 };
-class EarlierStatus : public test::FreshTerminal {};
 
 using Texts = std::vector<std::string>;
 
@@ -108,20 +107,43 @@ TEST_F(ClientStatus, TypesWithoutADiagnosisAreAlwaysConnected) {
     EXPECT_EQ(system.record, Texts{});
 }
 
-TEST_F(ClientStatus, TheFirst32IdsBehindTheTypesAreDiagnosedAsRdpAndTheNextAsSpice) {
-    store_terminal();
-    for (const connections::ConnectionId id : {320U, 351U}) {
-        test::ScriptedOs system;
-        system.outputs = {marker + "\nAn error occurred", "0\n"};
-        EXPECT_EQ(words_of(value_of(id)), "An error occurred");
-        EXPECT_EQ(system.record,
-                  (Texts{"capture 131072 " + rdp_tail, "capture 512 " + rdp_process}));
-    }
-    for (const connections::ConnectionId id : {352U, 383U}) {
-        test::ScriptedOs system;
-        system.outputs = {marker + "\nout of service"};
-        EXPECT_EQ(words_of(value_of(id)), "out of service");
-        EXPECT_EQ(system.record, Texts{"capture 131072 " + spice_tail});
+TEST_F(ClientStatus, EveryBlockIsDiagnosedInItsWayFromItsFirstIdToItsLast) {
+    const Texts nothing;
+    const Texts broker{"capture 1024 curl --connect-timeout 3 -sk "
+                       "https://host/public/velopane-identify/is-me.do | grep isMe"};
+    const Texts rdp{"capture 131072 " + rdp_tail, "capture 512 " + rdp_process};
+    const Texts spice{"capture 131072 " + spice_tail};
+    const Texts vnc{"capture 131072 " + spice_tail, "capture 512 " + vnc_process};
+    struct Block {
+        const char* prefix;
+        connections::ConnectionId first;
+        const Texts& asked;
+    };
+    const Block blocks[] = {
+        {"velopaneItem", 0, broker},
+        {"rdpItem", 32, rdp},
+        {"spiceItem", 64, spice},
+        {"ovirtItem", 96, nothing},
+        {"citrixItem", 128, nothing},
+        {"vmwareItem", 160, nothing},
+        {"vncItem", 224, nothing},
+        {"hdpItem", 256, vnc},
+        {"firefox", 288, nothing},
+        {"", 320, rdp},
+        {"", 352, spice},
+        {"", 384, nothing},
+    };
+    for (const Block& block : blocks) {
+        for (const connections::ConnectionId id : {block.first, block.first + 31}) {
+            test::Items items;
+            if (*block.prefix != '\0')
+                items.push_back(
+                    {connections::item_name(block.prefix, id), {{"serverAddress", "host"}}});
+            test::store_items(items);
+            test::ScriptedOs system;
+            value_of(id);
+            EXPECT_EQ(system.record, block.asked) << id;
+        }
     }
 }
 
@@ -338,50 +360,6 @@ TEST_F(ClientStatus, AFailureOfAHundredKilobytesComesWhole) {
         system.outputs = {marker + "\n" + words, "0\n"};
         EXPECT_EQ(words_of(value_of(id)), words);
     }
-}
-
-// --- The earlier form ------------------------------------------------------------------------
-
-TEST_F(EarlierStatus, ComesFromTheRdpLogThenFromTheProcess) {
-    struct Case {
-        std::string tail;
-        const char* processes;
-        std::string value;
-    };
-    const Case cases[] = {
-        {marker + "\n", "1\n", "1"}, // never "0"
-        {marker + "\n", "0\n", unknown_error},
-        {marker + "\n" + std::string(40, 'x'), "1\n", "1"},
-        {marker + "\n" + std::string(40, 'x'), "0\n", unknown_error},
-        {marker + "\nxf_player_thread : 1", "0\n", "1"},
-        {marker + "\nout of service\n", "1\n", "b3V0IG9mIHNlcnZpY2U="},
-        {marker + "\nERRCONNECT_AUTHENTICATION_FAILED", "1\n", "1"},
-        {marker + "\nProtocol Security Negotiation Failure", "0\n", unknown_error},
-        {marker + "\nERRCONNECT_NO_OR_MISSING_CREDENTIALS", "0\n", unknown_error},
-        {"out of service", "0\n", "1"}, // no marker
-        {"", "0\n", "1"},
-    };
-    for (const Case& each : cases) {
-        store_terminal();
-        test::write_file("/home/root/system.log", "");
-        test::ScriptedOs system;
-        system.replies = {{rdp_tail, each.tail}, {rdp_process, each.processes}};
-        const std::string text = "{'status':'" + each.value + "'}";
-        EXPECT_EQ(earlier_rdp_status(), text) << each.tail;
-        EXPECT_EQ(system.record.at(0), "capture 10240 " + rdp_tail);
-        EXPECT_EQ(test::log_lines(), Texts{"[DEBUG] xfreerdp_status tmp=" + text});
-    }
-}
-
-TEST_F(EarlierStatus, CountsNoPolls) {
-    store_terminal();
-    test::ScriptedOs system;
-    poll_counter() = 3;
-    system.replies = {{rdp_tail, marker + "\nout of service"}, {rdp_process, "1\n"}};
-    for (int poll = 1; poll <= 14; ++poll) {
-        EXPECT_EQ(earlier_rdp_status(), "{'status':'b3V0IG9mIHNlcnZpY2U='}");
-    }
-    EXPECT_EQ(poll_counter(), 3);
 }
 
 } // namespace qvtc::clients

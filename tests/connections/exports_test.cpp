@@ -43,7 +43,9 @@ TEST_F(ConnectionExports, PrefixesAreCopiedIntoTheBuffer) {
     for (const auto& [type, prefix] : cases) {
         char buffer[13];
         std::memset(buffer, '#', sizeof buffer);
-        EXPECT_EQ(capture_stdout([&] { EXPECT_EQ(getConnectItemName(type, buffer), 0); }), "");
+        EXPECT_EQ(
+            capture_stdout([&, asked = type] { EXPECT_EQ(getConnectItemName(asked, buffer), 0); }),
+            "");
         EXPECT_STREQ(buffer, prefix);
     }
 }
@@ -56,7 +58,9 @@ TEST_F(ConnectionExports, NoPrefixIsPrintedAndLeavesTheBuffer) {
     };
     for (const auto& [type, line] : cases) {
         char buffer[13] = "untouched";
-        EXPECT_EQ(capture_stdout([&] { EXPECT_EQ(getConnectItemName(type, buffer), -1); }), line);
+        EXPECT_EQ(
+            capture_stdout([&, asked = type] { EXPECT_EQ(getConnectItemName(asked, buffer), -1); }),
+            line);
         EXPECT_STREQ(buffer, "untouched");
     }
 }

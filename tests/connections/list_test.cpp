@@ -53,7 +53,8 @@ TEST_F(ConnectionList, ANumberThatIsNoTypeIsNamedOnStandardOutput) {
         {4294967295U, "@getConnectItemName:: not such connection type : -1\n"},
     };
     for (const auto& [number, line] : cases) {
-        EXPECT_EQ(capture_stdout([&] { EXPECT_FALSE(known_type(number).has_value()); }), line);
+        EXPECT_EQ(capture_stdout([asked = number] { EXPECT_FALSE(known_type(asked).has_value()); }),
+                  line);
     }
     EXPECT_EQ(capture_stdout([] { EXPECT_STREQ(known_type(9)->prefix, "firefox"); }), "");
 }

@@ -84,6 +84,7 @@ TEST_F(DatedLog, EveryLevelHasItsTagAndNoneIsFiltered) {
 }
 
 TEST_F(DatedLog, OtherLevelsAreRefusedAndTouchNoFile) {
+    std::strcpy(loging.timestr, "of former write");
     for (const int level : {0, 5, -1, 100, std::numeric_limits<int>::min()}) {
         EXPECT_EQ(capture_stderr([level] {
                       EXPECT_EQ(LogWrite(level, "x"), -1);
@@ -93,7 +94,7 @@ TEST_F(DatedLog, OtherLevelsAreRefusedAndTouchNoFile) {
     }
     EXPECT_EQ(files(), Files{});
     EXPECT_STREQ(logsetting.logpath, "");
-    EXPECT_STREQ(loging.timestr, "");
+    EXPECT_STREQ(loging.timestr, "of former write");
 }
 
 TEST_F(DatedLog, ConversionsAreTheBareLetters) {
@@ -173,6 +174,8 @@ TEST_F(DatedLog, ConfigurationIsReadAsFarAsItGoes) {
         {"path=/a\nlevel=WARNING\n", "/a/2026-11-15.log", 255},
         {"path=/a\nlevel=\n", "/a/2026-11-15.log", 255},
         {"path=/a\n", "/a/2026-11-15.log", 255},
+        {"path=INFO\n", "INFO/2026-11-15.log", 255}, // no level, though the path reads like one
+        {"  level=WARN\n", "", 255},
         {"level=WARN\npath=/a\n", "", 3},
         {"", "", 255},
         {"nonsense", "", 255},
@@ -210,6 +213,29 @@ TEST_F(DatedLog, MissingConfigurationIsMinusOneAndChangesNothing) {
     EXPECT_STREQ(logsetting.logpath, "");
 }
 
+TEST_F(DatedLog, ConfigurationThatCannotBeOpenedCountsAsNone) {
+    write_file("log.conf", "path=/tmp/dated\nlevel=WARN\n");
+    const auto expect_defaults = [] {
+        logsetting = {};
+        EXPECT_EQ(getlogset(), &logsetting);
+        EXPECT_STREQ(logsetting.logpath, "");
+        EXPECT_EQ(logsetting.loglevel, 1);
+        EXPECT_EQ(logsetting.maxsize, 4096U);
+    };
+    {
+        const DescriptorLimit limit(0);
+        expect_defaults();
+    }
+    // Nor is one looked for in a directory whose path is too long.
+    for (int depth = 0; depth < 3; ++depth) {
+        const std::string name(200, 'x');
+        std::filesystem::create_directory(name);
+        std::filesystem::current_path(name);
+    }
+    write_file("log.conf", "path=/tmp/dated\nlevel=WARN\n");
+    expect_defaults();
+}
+
 TEST_F(DatedLog, FileThatCannotBeOpenedIsReportedOnStandardError) {
     const struct {
         const char *home, *error;
@@ -239,6 +265,16 @@ TEST_F(DatedLog, StepsCanBeTakenOneByOne) {
     dated_log::end_line();
     EXPECT_EQ(loging.logfile, nullptr);
     EXPECT_EQ(files(), (Files{{"home/2026-11-15.log", "[WARN] [2026-11-15 09:28:09] "}}));
+}
+
+TEST_F(DatedLog, NothingOfAnUnfinishedWriteIsLeftForTheNext) {
+    EXPECT_EQ(initlog(3), 0);
+    std::fclose(loging.logfile);
+    logsetting = {};
+    unsetenv("HOME");
+    capture_stderr([] { EXPECT_EQ(initlog(3), -1); });
+    EXPECT_EQ(loging.logfile, nullptr);
+    EXPECT_STREQ(loging.logpath, "");
 }
 
 TEST_F(DatedLog, NoFileIsOpenBetweenWrites) {

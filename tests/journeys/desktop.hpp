@@ -38,7 +38,8 @@ class Journey : public testing::Test {
 /// Starts the remote desktop; `options` are those of "desktop remote".
 void start_remote_desktop(const std::string& options = "");
 
-/// Whether a process of this program runs; asked of the kernel.
+/// Whether there is a process of this program, also one that has ended but was not waited for yet:
+/// the library takes it for a running one too.
 bool runs(const std::string& program);
 
 /// The window tree's lines of RDP clients, without indentation and window ids.

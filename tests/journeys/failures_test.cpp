@@ -20,8 +20,6 @@ struct Failure {
 
 void PrintTo(const Failure& failure, std::ostream* stream) { *stream << failure.name; }
 
-const Fields demo_user = {{"username", "demo"}, {"password", stored_password("password")}};
-
 // clang-format off
 const Failure failures[] = {
     {"WrongPassword", "--password", nullptr,
@@ -58,14 +56,16 @@ const Failure failures[] = {
 };
 // clang-format on
 
+class LongLog : public Journey {};
+
 class FailedLaunch : public Journey, public testing::WithParamInterface<Failure> {};
 
 /// Later fields take the place of earlier ones of the same name.
 Fields merged(Fields fields, const Fields& more, const std::string& port) {
     for (auto [name, value] : more) {
-        if (const auto place = value.find("PORT"); place != value.npos)
-            value.replace(place, 4, port);
-        std::erase_if(fields, [&](const auto& field) { return field.first == name; });
+        const auto place = value.find("PORT");
+        if (place != std::string::npos) value.replace(place, 4, port);
+        std::erase_if(fields, [&name = name](const auto& field) { return field.first == name; });
         fields.emplace_back(name, value);
     }
     return fields;
@@ -87,6 +87,16 @@ TEST_P(FailedLaunch, IsReportedInTheClientsWords) {
               failure.reported != nullptr ? status_from(failure.reported) : status_unknown())
         << client_words();
     EXPECT_EQ(client_windows(), std::vector<std::string>{});
+}
+
+// Deliberate: only the log's last 200 lines are looked at, and a log without a start mark there
+// counts as connected. The client's usage text, which a blank in the name brings about, is longer.
+TEST_F(LongLog, DeliberatelyCountsAsConnected) {
+    const unsigned id = store_record({{"name", "my desk"}, {"serverAddress", "127.0.0.1"}});
+    const std::string status = status_of_failed_launch(id);
+    EXPECT_NE(client_words().find("Failed at index 1 [/t:my]: Invalid sigil"), std::string::npos);
+    EXPECT_GT(lines_of(client_words()).size(), 200U);
+    EXPECT_EQ(status, "1");
 }
 
 INSTANTIATE_TEST_SUITE_P(Rdp, FailedLaunch, testing::ValuesIn(failures),

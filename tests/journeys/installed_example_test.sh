@@ -1,7 +1,7 @@
 #!/bin/bash
 # Installs the library into an empty tree, compiles the example against it as a strict C11 program
 # with what pkg-config says, and runs it in a disposable terminal.
-# Argument: the build directory.
+# Arguments: BUILD-DIRECTORY COMPILER [SANITIZERS]
 set -euo pipefail
 
 project=$(cd -P -- "$(dirname -- "${BASH_SOURCE[0]}")/../.." && pwd)
@@ -14,9 +14,10 @@ export PKG_CONFIG_PATH
 # The tree stands for the prefix that the build was configured for; json-c has its own.
 read -r -a flags < <(pkg-config --define-variable=prefix="$tree" --cflags --libs qvtcapi)
 read -r -a more_flags < <(pkg-config --cflags --libs json-c)
+[[ -z ${3:-} ]] || flags+=("-fsanitize=$3") # as the library was built
 libraries=$(pkg-config --define-variable=prefix="$tree" --variable=libdir qvtcapi)
 
-cc -std=c11 -Wall -Wextra -Wpedantic -Werror "$project/examples/front_end.c" \
+"$2" -std=c11 -Wall -Wextra -Wpedantic -Werror "$project/examples/front_end.c" \
     -o "$tree/front_end" "${flags[@]}" "${more_flags[@]}" "-Wl,-rpath,$libraries"
 
 # A host name that nothing answers to: the connection is stored and launched, and its end told.

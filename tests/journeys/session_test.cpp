@@ -20,10 +20,8 @@ unsigned stored_demo(const std::string& name) {
                          {"colorDepth", "32"}});
 }
 
-const std::vector<std::string>& window_of(const std::string& name) {
-    static std::vector<std::string> windows;
-    windows = {"\"" + name + "\": (\"xfreerdp\" \"xfreerdp\")  1280x800+0+0  +0+0"};
-    return windows;
+std::vector<std::string> window_of(const std::string& name) {
+    return {"\"" + name + "\": (\"xfreerdp\" \"xfreerdp\")  1280x800+0+0  +0+0"};
 }
 
 bool wait_for_window(const std::string& name) {

@@ -67,10 +67,15 @@ TEST(QvtcctlAssignments, AStoredValueThatWouldBeLostStopsTheChange) {
     Record record;
     EXPECT_EQ(refusal_of([&] { require_carried(record); }), "");
     record[field_index("workDir")] = "C:\\Users";
+    EXPECT_EQ(refusal_of([&] { require_carried(record); }),
+              "a change would lose the stored workDir \"C:\\Users\", which holds \"\\\", which "
+              "cannot be stored. Give it a new value in the same command: workDir=VALUE.");
+    record[field_index("workDir")] = "";
+    record[field_index("password")] = "a\\b";
     EXPECT_EQ(
         refusal_of([&] { require_carried(record); }),
-        "the stored workDir holds \"\\\", which cannot be stored. Leave it out. A change would "
-        "lose it: give it a new value in the same command.");
+        "a change would lose the stored password, which holds \"\\\", which cannot be stored. "
+        "Give it a new value in the same command: --password.");
 }
 
 } // namespace

@@ -243,6 +243,10 @@ TEST(QvtcctlTranscript, TheWatchingProcessEndsByItself) {
     transcript.run(add_office).run("qvtcctl launch 32");
     const auto watching = [] { return std::system("pgrep -x qvtcctl >/dev/null") == 0; };
     EXPECT_TRUE(watching());
+    // It holds nothing of its caller, who may be waiting for the end of a pipe.
+    EXPECT_EQ(test::capture_stdout(
+                  [] { EXPECT_EQ(std::system("readlink /proc/$(pgrep -x qvtcctl)/fd/[0-2]"), 0); }),
+              "/dev/null\n/dev/null\n/dev/null\n");
     EXPECT_TRUE(test::wait_until([&] { return !watching(); }, std::chrono::seconds(40)));
     EXPECT_EQ(reset.calls(), StandIn::Calls{{}});
 }

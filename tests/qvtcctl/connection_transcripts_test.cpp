@@ -8,6 +8,7 @@ namespace qvtc::qvtcctl {
 namespace {
 
 using test::Transcript;
+using test::write_file;
 
 constexpr const char* settings = "/home/root/vpclientData.xml";
 
@@ -238,12 +239,14 @@ TEST(QvtcctlTranscript, SeveralAtOnceLoseNothing) {
 
 // The kernel's list of locks marks who waits for one with an arrow.
 TEST(QvtcctlTranscript, AChangeWaitsForTheOneBeforeIt) {
+    write_file("/tmp/hold", "flock -o /run/qvtcctl.lock bash -c 'touch /tmp/held; until [[ -f "
+                            "/tmp/release ]]; do sleep 0.02; done'\n");
     Transcript()
         .run("qvtcctl connection add hdp name=a serverAddress=10.0.0.5")
-        .run("exec 9>/run/qvtcctl.lock; flock 9\n"
-             "qvtcctl connection set 256 username=u 9>&- &\n"
-             "until grep -q -e '->' /proc/locks; do kill -0 $! || break; done\n"
-             "qvtcctl connection list; flock -u 9; wait; qvtcctl connection list")
+        .run("bash /tmp/hold & until [[ -f /tmp/held ]]; do sleep 0.02; done\n"
+             "qvtcctl connection set 256 username=u &\n"
+             "until grep -q -e '->' /proc/locks; do sleep 0.02; done\n"
+             "qvtcctl connection list; touch /tmp/release; wait; qvtcctl connection list")
         .expect("change_waits");
 }
 

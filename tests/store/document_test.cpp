@@ -41,9 +41,9 @@ TEST(ElementNames, AreThoseThatXmlTakes) {
           "rdpItem_id_33", "a-b.c", "\u00e4\u4e2d", "xml"})
         EXPECT_TRUE(store::is_element_name(name)) << name;
     for (const std::string name :
-         {"",      " ",        "a b", " a",  "a ",  "1a",   "-a",   ".a",    "a:b",
-          "a&b",   "a<b",      "a>b", "a/b", "a'b", "a\"b", "a\nb", "a\x01", "\xff",
-          "a\xc3", "\xc0\x80", "a=b", "a;b", "{a}", "a%b",  "a\\b"})
+         {"",      " ",        "a b",          " a",        "a ",  "1a",   "-a",   ".a",    "a:b",
+          "a&b",   "a<b",      "a>b",          "a/b",       "a'b", "a\"b", "a\nb", "a\x01", "\xff",
+          "a\xc3", "\xc0\x80", "\xe0\x81\x81", "a\xc1\x81", "a=b", "a;b",  "{a}",  "a%b",   "a\\b"})
         EXPECT_FALSE(store::is_element_name(name)) << name;
     EXPECT_TRUE(store::is_element_name(std::string(1024, 'a')));
     EXPECT_FALSE(store::is_element_name(std::string(1025, 'a')));
@@ -190,6 +190,25 @@ TEST_F(DocumentTest, SeveralValuesAreStoredAsOneByOne) {
         const Lines read = {"C", "A&", "", "B\\", "E", "N"};
         EXPECT_EQ(Document::load().get_all(item, keys), read);
     }
+}
+
+TEST_F(DocumentTest, SeveralValuesAreStoredUnderTheFirstKeysOfTheirNames) {
+    write_file(document_path, "<ThinClientConfig><item><a>first</a><b>1</b><a>second</a></item>"
+                              "</ThinClientConfig>");
+    store::change_document([](Document& document) {
+        const std::vector<const char*> keys = {"b", "a", "c", "c"};
+        return document.set_all("item", keys, Lines{"B", "A", "C", "CC"});
+    });
+    EXPECT_EQ(document_text(), R"(<?xml version="1.0" encoding="UTF-8"?>
+<ThinClientConfig>
+  <item>
+    <a>A</a>
+    <b>B</b>
+    <a>second</a>
+    <c>CC</c>
+  </item>
+</ThinClientConfig>
+)");
 }
 
 TEST_F(DocumentTest, SeveralValuesAreStoredAllOrNone) {

@@ -20,6 +20,10 @@ Assignment parse_assignment(const std::string& word) {
     return {field, word.substr(equals + 1)};
 }
 
+std::string_view password_option(std::size_t field) {
+    return field == field_index("rdGatewayPassword") ? "gateway-password" : "password";
+}
+
 void require_settable(const Assignment& assignment) {
     const Field& field = fields[assignment.field];
     if (field.kind == Kind::identity) {
@@ -29,12 +33,11 @@ void require_settable(const Assignment& assignment) {
                                   field.name));
     }
     if (field.kind == Kind::password && !assignment.value.empty()) {
-        const bool gateway = assignment.field == field_index("rdGatewayPassword");
         throw Refusal(ExitCode::bad_usage,
                       fmt::format("{0} is not taken from the command line, which everybody on the "
                                   "machine can read. Use --{1}, which asks for it, or "
                                   "--{1}-stdin.",
-                                  field.name, gateway ? "gateway-password" : "password"));
+                                  field.name, password_option(assignment.field)));
     }
 }
 
@@ -67,11 +70,16 @@ void require_carried(const Record& record) {
         const std::string fault = fault_in_carrying(record[i]);
         if (fault.empty()) continue;
         // Of the sentences on what is wrong and what to do only the first holds here.
+        const std::string rule = fault.substr(0, fault.find(". "));
+        const bool secret = fields[i].kind == Kind::password;
         throw Refusal(
             ExitCode::bad_usage,
-            fmt::format("a change would lose the stored {0} \"{1}\", which {2}. Give it a "
-                        "new value in the same command: {0}=VALUE.",
-                        fields[i].name, printable(record[i]), fault.substr(0, fault.find(". "))));
+            fmt::format("a change would lose the stored {}{}, which {}. Give it a new value "
+                        "in the same command: {}.",
+                        fields[i].name, secret ? "" : fmt::format(" \"{}\"", printable(record[i])),
+                        rule,
+                        secret ? fmt::format("--{}", password_option(i))
+                               : fmt::format("{}=VALUE", fields[i].name)));
     }
 }
 

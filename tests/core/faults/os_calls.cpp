@@ -126,7 +126,7 @@ extern "C" {
 
 int posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actions_t* actions,
                 const posix_spawnattr_t* attributes, char* const arguments[],
-                char* const environment[]) noexcept {
+                char* const environment[]) {
     OsCalls* const calls = watching.load();
     const int error = calls != nullptr ? calls->enter("posix_spawn") : 0;
     if (error != 0) return error;

@@ -334,19 +334,23 @@ TEST_F(ClientStatus, OfABrokerIsWhatItAnswersAboutItself) {
 }
 
 TEST_F(ClientStatus, AsksABrokerAtItsDecodedAddress) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"10.0.0.5:8443", "10.0.0.5:8443"}, {"^31^30.0.0.5", "10.0.0.5"},
-        {"a^3g.lan", "a^3g.lan"},           {"a b;reboot", "a\\ b\\;reboot"},
-        {"h^3breboot", "h\\;reboot"},       {"$(reboot)", "\\$\\(reboot\\)"},
-        {"it's^22", "it\\'s\\\""},          {"a^00bcd", "a"},
+    const std::pair<std::string, std::string> cases[] = {
+        {std::string(300, 'h'), std::string(255, 'h')},
+        {"10.0.0.5:8443", "10.0.0.5:8443"},
+        {"^31^30.0.0.5", "10.0.0.5"},
+        {"a^3g.lan", "a^3g.lan"},
+        {"a b;reboot", "a\\ b\\;reboot"},
+        {"h^3breboot", "h\\;reboot"},
+        {"$(reboot)", "\\$\\(reboot\\)"},
+        {"it's^22", "it\\'s\\\""},
+        {"a^00bcd", "a"},
     };
     for (const auto& [address, host] : cases) {
         store_terminal(address);
         test::ScriptedOs system;
         value_of(0);
-        EXPECT_EQ(system.record,
-                  Texts{std::string("capture 1024 curl --connect-timeout 3 -sk https://") + host +
-                        "/public/velopane-identify/is-me.do | grep isMe"});
+        EXPECT_EQ(system.record, Texts{"capture 1024 curl --connect-timeout 3 -sk https://" + host +
+                                       "/public/velopane-identify/is-me.do | grep isMe"});
     }
 }
 

@@ -23,8 +23,6 @@ namespace {
 using connections::Record;
 using test::StandIn;
 
-class HostileValues : public HostileTerminal {};
-
 enum class Place { bare, quoted };
 
 /// A place of a value in a client's command line.
@@ -153,23 +151,43 @@ StandIn::Arguments with_value(const StandIn::Arguments& pattern, const std::stri
     return arguments;
 }
 
-} // namespace
-
-TEST_F(HostileValues, ReachTheirClientsFromEveryPlaceOfACommandLine) {
-    const std::vector<std::string> values = hostile_values();
-    for (const Position& position : positions()) {
+class HostileValues : public HostileTerminal {
+  protected:
+    /// Launches a client with every value in that place. One shell reads all the lines, which
+    /// `command` turns into the text it is given: a quote or a document that one of them left
+    /// open would swallow the next.
+    void expect_values(const Position& position,
+                       const std::function<std::string(const std::string& lines)>& command) {
         const StandIn::Calls pattern = calls_of(position.client, position.line("PLACEHOLDER"));
         ASSERT_EQ(pattern.size(), 1U) << position.name;
-        // One shell reads them all: a quote or a document left open would swallow the next.
+        const std::vector<std::string> values = hostile_values();
         std::string lines;
         for (const std::string& value : values) lines += position.line(value) + "\n";
-        const StandIn::Calls calls = calls_of(position.client, lines);
+        const StandIn::Calls calls = calls_of(position.client, command(lines));
         ASSERT_EQ(calls.size(), values.size()) << position.name;
         for (std::size_t i = 0; i < values.size(); ++i) {
             EXPECT_EQ(calls[i], with_value(pattern[0], values[i], position.place))
                 << position.name << " = " << testing::PrintToString(values[i]);
         }
         ASSERT_FALSE(test::file_exists("/tmp/owned")) << position.name;
+    }
+};
+
+} // namespace
+
+TEST_F(HostileValues, ReachTheirClientsFromEveryPlaceOfACommandLine) {
+    for (const Position& position : positions()) {
+        expect_values(position, [](const std::string& lines) { return lines; });
+    }
+}
+
+TEST_F(HostileValues, ReachThemUnderAPlainShellToo) {
+    QVTC_NEED_PROGRAM("dash");
+    for (const Position& position : positions()) {
+        expect_values(position, [](const std::string& lines) {
+            test::write_file("/tmp/lines", lines);
+            return std::string("dash /tmp/lines");
+        });
     }
 }
 

@@ -170,6 +170,7 @@ Run define_remove(CLI::App& app) {
         const Device device(context.chatter());
         const ChangeLock lock;
         std::vector<Record> records;
+        records.reserve(ids.size());
         for (const unsigned id : ids) records.push_back(device.record(id));
         Answer answer;
         Json removed = json_list();

@@ -20,6 +20,7 @@ std::optional<std::size_t> find_field(std::string_view name) {
 std::size_t require_field(std::string_view name) {
     if (const std::optional<std::size_t> index = find_field(name)) return *index;
     std::vector<std::string_view> names;
+    names.reserve(fields.size());
     for (const Field& field : fields) names.push_back(field.name);
     throw Refusal(ExitCode::bad_usage,
                   fmt::format("\"{}\" is not a field{}: \"qvtcctl connection fields\" lists them.",

@@ -112,6 +112,7 @@ std::string options(const CLI::App& app) {
 
 std::string exit_status() {
     std::vector<Row> rows;
+    rows.reserve(exit_codes.size());
     for (const ExitCodeRow& row : exit_codes) {
         rows.push_back({std::to_string(static_cast<int>(row.code)), std::string(row.meaning)});
     }

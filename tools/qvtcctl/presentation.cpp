@@ -27,7 +27,7 @@ std::string shown_password(const Record& record, std::size_t field, Passwords pa
 }
 
 std::string with_decoded_text(const Record& record, std::size_t field, Passwords passwords) {
-    const std::string value = shown_value(record, field, passwords);
+    std::string value = shown_value(record, field, passwords);
     if (fields[field].kind != Kind::hex || value.empty()) return value;
     const std::optional<std::string> text = text_of_hexadecimal(value);
     return text ? fmt::format("{} (\"{}\")", value, *text) : value;

@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "core/descriptor.hpp"
 #include "core/log.hpp"
 #include "core/pipe_stream.hpp"
 #include "core/text.hpp"
@@ -20,23 +21,6 @@ namespace {
 constexpr const char* shell_path = "/bin/sh";
 constexpr int pipe_capacity = 131072;
 constexpr std::size_t line_limit = 63;
-
-/// A descriptor closed at the end of its scope.
-class Descriptor {
-  public:
-    explicit Descriptor(int number) : number_(number) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() { close(); }
-    int get() const { return number_; }
-    void close() {
-        if (number_ >= 0) ::close(number_);
-        number_ = -1;
-    }
-
-  private:
-    int number_;
-};
 
 /// Starts the shell with its standard output on `write_end`; 0, or the error
 /// for which it did not start. Unlike fork this costs the same however much

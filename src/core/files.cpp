@@ -10,30 +10,14 @@
 #include <thread>
 #include <unistd.h>
 
+#include "core/descriptor.hpp"
+
 namespace qvtc {
 
 namespace {
 
 constexpr int link_limit = 40; // as the kernel's own
 constexpr mode_t private_mode = 0600;
-
-class OpenFile {
-  public:
-    explicit OpenFile(int descriptor) : descriptor_(descriptor) {}
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-    ~OpenFile() { close(); }
-    int get() const { return descriptor_; }
-    bool is_open() const { return descriptor_ >= 0; }
-    bool close() {
-        const int descriptor = descriptor_;
-        descriptor_ = -1;
-        return descriptor < 0 || ::close(descriptor) == 0;
-    }
-
-  private:
-    int descriptor_;
-};
 
 bool write_all(int descriptor, std::string_view content) {
     while (!content.empty()) {
@@ -55,12 +39,13 @@ bool take_after(int descriptor, const std::string& path) {
 }
 
 void flush_directory(const std::string& path) {
-    const OpenFile directory(open(directory_of(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const Descriptor directory(
+        open(directory_of(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (directory.is_open()) fsync(directory.get());
 }
 
 int rewrite_in_place(const std::string& path, std::string_view content) {
-    OpenFile file(open(path.c_str(), O_WRONLY | O_CLOEXEC));
+    Descriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC));
     if (!file.is_open()) return errno;
     if (!write_all(file.get(), content)) return errno;
     if (ftruncate(file.get(), static_cast<off_t>(content.size())) != 0) return errno;
@@ -71,7 +56,7 @@ int rewrite_in_place(const std::string& path, std::string_view content) {
 
 FileState read_file(const std::string& path, std::string& content) {
     content.clear();
-    const OpenFile file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (!file.is_open())
         return errno == ENOENT || errno == ENOTDIR ? FileState::missing : FileState::unreadable;
     char block[65536];
@@ -104,7 +89,7 @@ std::string directory_of(const std::string& path) {
 int replace_file(const std::string& path, std::string_view content) {
     const std::string target = resolve_links(path);
     std::string fresh = target + ".XXXXXX";
-    OpenFile file(mkostemp(fresh.data(), O_CLOEXEC));
+    Descriptor file(mkostemp(fresh.data(), O_CLOEXEC));
     if (!file.is_open()) return errno;
     int error = 0;
     if (!take_after(file.get(), target) || !write_all(file.get(), content) ||

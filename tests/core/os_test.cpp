@@ -1,5 +1,6 @@
 #include "core/os.hpp"
 
+#include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -8,6 +9,7 @@
 #include <pthread.h>
 #include <stdexcept>
 #include <sys/wait.h>
+#include <thread>
 
 #include "core/faults/alarms.hpp"
 #include "core/faults/os_calls.hpp"
@@ -40,6 +42,12 @@ class NamedOs : public Os {
 std::size_t threads() {
     const std::filesystem::directory_iterator tasks("/proc/self/task");
     return static_cast<std::size_t>(std::distance(begin(tasks), end(tasks)));
+}
+
+/// The same before a test; a sanitizer starts one of its own with the first that a program starts.
+std::size_t threads_at_rest() {
+    std::thread([] {}).join();
+    return threads();
 }
 
 /// Address space in use, in megabytes.
@@ -102,15 +110,16 @@ TEST(Os, SleepsAsLongAsAskedWhateverInterrupts) {
 }
 
 TEST(Os, StartsAThreadAndGoesOn) {
-    std::promise<void> go_on;
-    std::promise<void> done;
+    const std::size_t before = threads_at_rest();
+    std::atomic<bool> go_on = false;
+    std::atomic<bool> done = false;
     ASSERT_TRUE(os().start_thread([&] {
-        go_on.get_future().wait();
-        done.set_value();
+        while (!go_on) std::this_thread::yield();
+        done = true;
     }));
-    go_on.set_value();
-    done.get_future().wait();
-    EXPECT_TRUE(wait_until([] { return threads() == 1; }));
+    EXPECT_FALSE(done);
+    go_on = true;
+    EXPECT_TRUE(wait_until([&] { return done && threads() == before; }));
 }
 
 TEST(Os, ThreadMayThrowOrLeaveByTheThreadLibrarysDoor) {
@@ -118,6 +127,7 @@ TEST(Os, ThreadMayThrowOrLeaveByTheThreadLibrarysDoor) {
     struct Resource {
         ~Resource() { ++released; }
     };
+    const std::size_t before = threads_at_rest();
     ASSERT_TRUE(os().start_thread([] {
         const Resource resource;
         throw std::runtime_error("lost");
@@ -126,19 +136,21 @@ TEST(Os, ThreadMayThrowOrLeaveByTheThreadLibrarysDoor) {
         const Resource resource;
         pthread_exit(nullptr);
     }));
-    EXPECT_TRUE(wait_until([] { return released == 2 && threads() == 1; }));
+    EXPECT_TRUE(wait_until([&] { return released == 2 && threads() == before; }));
 }
 
 TEST(Os, TenThousandThreadsLeaveNothingBehind) {
-    const auto run_one = [] {
-        std::promise<void> done;
-        ASSERT_TRUE(os().start_thread([&] { done.set_value_at_thread_exit(); }));
-        done.get_future().wait();
+    std::atomic<int> ended = 0;
+    const auto run_one = [&] {
+        const int before = ended;
+        ASSERT_TRUE(os().start_thread([&] { ++ended; }));
+        while (ended == before) std::this_thread::yield();
     };
+    const std::size_t threads_before = threads_at_rest();
     run_one();
     const long before = address_space();
     for (int i = 0; i < 10'000; ++i) run_one();
-    EXPECT_TRUE(wait_until([] { return threads() == 1; }));
+    EXPECT_TRUE(wait_until([&] { return threads() == threads_before; }));
     // Each thread that stayed would keep a stack of megabytes.
     EXPECT_LT(address_space() - before, 1000);
 }

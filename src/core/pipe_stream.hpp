@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdio>
+#include <utility>
 
 namespace qvtc {
 
@@ -17,8 +18,7 @@ class PipeStream {
     bool is_open() const { return stream_ != nullptr; }
     std::FILE* get() const { return stream_; }
     void close() {
-        if (stream_ != nullptr) pclose(stream_);
-        stream_ = nullptr;
+        if (std::FILE* const stream = std::exchange(stream_, nullptr)) pclose(stream);
     }
 
   private:

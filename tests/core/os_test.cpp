@@ -104,7 +104,7 @@ TEST(Os, SleepsAsLongAsAskedWhateverInterrupts) {
     os().sleep(1);
     const auto slept = Clock::now() - start;
     EXPECT_GE(slept, std::chrono::seconds(1));
-    EXPECT_LT(slept, std::chrono::milliseconds(1900));
+    EXPECT_LT(slept, std::chrono::seconds(5));
     EXPECT_GT(alarms.count(), 20);
     os().sleep(0);
 }

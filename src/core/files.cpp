@@ -17,7 +17,6 @@ namespace qvtc {
 namespace {
 
 constexpr int link_limit = 40; // as the kernel's own
-constexpr mode_t private_mode = 0600;
 
 bool write_all(int descriptor, std::string_view content) {
     while (!content.empty()) {
@@ -30,9 +29,9 @@ bool write_all(int descriptor, std::string_view content) {
 }
 
 /// Gives the new file the mode and the owner of the one whose place it takes.
-bool take_after(int descriptor, const std::string& path) {
+bool take_after(int descriptor, const std::string& path, unsigned mode_of_new) {
     struct stat old {};
-    if (stat(path.c_str(), &old) != 0) return fchmod(descriptor, private_mode) == 0;
+    if (stat(path.c_str(), &old) != 0) return fchmod(descriptor, mode_of_new) == 0;
     // An owner that cannot be kept, as by an ordinary user, is no reason to fail.
     [[maybe_unused]] const int kept = fchown(descriptor, old.st_uid, old.st_gid);
     return fchmod(descriptor, old.st_mode & 07777) == 0;
@@ -86,13 +85,13 @@ std::string directory_of(const std::string& path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-int replace_file(const std::string& path, std::string_view content) {
+int replace_file(const std::string& path, std::string_view content, unsigned mode) {
     const std::string target = resolve_links(path);
     std::string fresh = target + ".XXXXXX";
     Descriptor file(mkostemp(fresh.data(), O_CLOEXEC));
     if (!file.is_open()) return errno;
     int error = 0;
-    if (!take_after(file.get(), target) || !write_all(file.get(), content) ||
+    if (!take_after(file.get(), target, mode) || !write_all(file.get(), content) ||
         fsync(file.get()) != 0 || !file.close() || rename(fresh.c_str(), target.c_str()) != 0) {
         error = errno;
         unlink(fresh.c_str());

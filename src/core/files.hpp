@@ -16,10 +16,10 @@ FileState read_file(const std::string& path, std::string& content);
 /// Replaces a file's content: a reader, or a power cut, meets the old content
 /// or the new one, never a part. The new file is flushed before it takes the
 /// old one's place, and keeps its mode and owner; a file that was missing gets
-/// mode 0600. A link stays a link: its target is replaced. A file that is itself
+/// `mode`. A link stays a link: its target is replaced. A file that is itself
 /// a mount point cannot be replaced and is rewritten in place.
 /// Gives 0, or the errno for which the old content still stands.
-int replace_file(const std::string& path, std::string_view content);
+int replace_file(const std::string& path, std::string_view content, unsigned mode = 0600);
 
 /// The path behind a chain of links, also when nothing exists there yet.
 std::string resolve_links(std::string path);

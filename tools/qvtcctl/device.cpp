@@ -4,19 +4,15 @@
 #include "qvtcctl/launcher.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/system_log.hpp"
+#include "qvtcctl/terminal.hpp"
 
 #include <algorithm>
-#include <filesystem>
 
 #include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
-#include <unistd.h>
 
 namespace qvtc::qvtcctl {
 namespace {
-
-constexpr std::string_view root_home = "/home/root";
-constexpr std::string_view settings_document = "/home/root/vpclientData.xml";
 
 Record record_from(json_object* object) {
     Record record;
@@ -24,16 +20,6 @@ Record record_from(json_object* object) {
         record[i] = text_member(object, std::string(fields[i].name).c_str());
     }
     return record;
-}
-
-Refusal not_taken(const std::string& what, const LogMark& log) {
-    std::string message = fmt::format(
-        "{}: the settings document did not take it. Check that {} can be written and that its "
-        "disk is not full.",
-        what, settings_document);
-    const std::string complaint = last_complaint(log.added());
-    if (!complaint.empty()) message += fmt::format(" The library's log says: \"{}\".", complaint);
-    return Refusal(ExitCode::not_done, message);
 }
 
 const Record* find_record(const std::vector<Record>& records, unsigned id) {
@@ -44,19 +30,7 @@ const Record* find_record(const std::vector<Record>& records, unsigned id) {
 
 } // namespace
 
-Device::Device(Chatter chatter) : chatter_(chatter) {
-    if (geteuid() != 0) {
-        throw Refusal(ExitCode::not_possible,
-                      "only root may do this: the terminal's settings belong to root. Run it as "
-                      "root, for example with sudo.");
-    }
-    if (!std::filesystem::is_directory(root_home)) {
-        throw Refusal(ExitCode::not_possible,
-                      fmt::format("this machine is no terminal that can be managed: there is no "
-                                  "directory {}, which holds a terminal's settings.",
-                                  root_home));
-    }
-}
+Device::Device(Chatter chatter) : chatter_(chatter) { require_terminal(); }
 
 std::vector<Record> Device::records(const ConnectionType& type) const {
     Json answer;

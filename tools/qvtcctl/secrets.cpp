@@ -99,14 +99,21 @@ std::string ask_once(const AskingTerminal& terminal, const std::string& prompt) 
 
 } // namespace
 
-std::string ask_for_password(const std::string& what) {
+std::optional<std::string> ask_openly(const std::string& question) {
+    const AskingTerminal terminal;
+    if (!terminal.is_there()) return std::nullopt;
+    terminal.say(question);
+    bool whole = false;
+    return read_line(terminal.descriptor(), whole);
+}
+
+std::string ask_for_password(const std::string& what, const std::string& instead) {
     const AskingTerminal terminal;
     if (!terminal.is_there()) {
         throw Refusal(ExitCode::bad_usage,
                       fmt::format("there is no terminal on which the {} could be asked for. Give "
-                                  "it on standard input with --password-stdin or "
-                                  "--gateway-password-stdin.",
-                                  what));
+                                  "it on standard input with {}.",
+                                  what, instead));
     }
     std::string first = ask_once(terminal, fmt::format("New {}: ", what));
     const std::string second = ask_once(terminal, fmt::format("The same {} again: ", what));

@@ -1,0 +1,24 @@
+#include "qvtcctl/confirmation.hpp"
+
+#include "qvtcctl/refusal.hpp"
+#include "qvtcctl/secrets.hpp"
+
+#include <fmt/format.h>
+
+namespace qvtc::qvtcctl {
+
+void require_consent(bool yes, const std::string& consequence) {
+    if (yes) return;
+    const std::optional<std::string> answer =
+        ask_openly(fmt::format("{} Go on? [y/N] ", consequence));
+    if (!answer) {
+        throw Refusal(ExitCode::bad_usage,
+                      fmt::format("{} There is no terminal on which to ask for your consent: give "
+                                  "it with --yes. Nothing was done.",
+                                  consequence));
+    }
+    if (*answer == "y" || *answer == "Y" || *answer == "yes") return;
+    throw Refusal(ExitCode::not_done, "left as it is, as you decided.");
+}
+
+} // namespace qvtc::qvtcctl

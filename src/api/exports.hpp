@@ -1,0 +1,20 @@
+#pragma once
+
+#include <json-c/json.h>
+
+#include "core/edge.hpp"
+
+/// The exported names of this folder: what needs several folders, and what
+/// reads small facts for a front-end.
+extern "C" {
+
+// Entry points that once served a client which terminals no longer ship; they
+// touch nothing.
+QVTC_EXPORT int qvsetcitrixtoolbar(int on);
+QVTC_EXPORT json_object* qvgetcitrixtoolbar();
+QVTC_EXPORT int qvsetcitrixprinter(int on);
+QVTC_EXPORT json_object* qvgetcitrixprinter();
+
+/// Runs the printer dialog and waits; the status of system().
+QVTC_EXPORT int qvcentos_printer();
+}

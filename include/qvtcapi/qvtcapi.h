@@ -203,14 +203,106 @@ struct json_object *qvgetclientstatus(unsigned int id);
 
 /* ------------------------------------------------------- time and device -- */
 
+/*
+ * What the terminal is, as an object of 19 texts: hostname, productName (the
+ * same), productKey (the model code), hardCap and memCap (size classes, such as
+ * "64GB"), cpuInfo, wiredMac and wirelessMac ("N/A" without the hardware),
+ * updateDate, logoDate, osInfo, rdpVersion, spiceVersion, velopaneVersion,
+ * vmwareViewVersion, citrixReceiverVersion, hdpVersion, hardwareVersion and
+ * deviceType.  What cannot be read has a default.
+ */
+struct json_object *qvgetsysinfo(void);
+
+/*
+ * Clock, zone and synchronisation, as an object of texts:
+ *   systemTime      milliseconds since 1970
+ *   useNTP          "on" or "off" as stored; "" when nothing was ever set
+ *   ntpHost         the server, or ""
+ *   region, city    the zone's two halves; "Etc" and "UTC" without any
+ * Where a value of useNTP is stored, "off" included, asking also starts a
+ * synchronisation in the background.
+ */
+struct json_object *qvgetdatetime(void);
+
+/*
+ * Sets them.
+ *
+ * params  useNTP      "on" to follow ntpHost, anything else for a time by hand
+ *         ntpHost     a name or an address
+ *         systemTime  a time by hand, as date(1) takes it after -s
+ *         region      the directory below /usr/share/zoneinfo/posix,
+ *         city        and the file in it; without both it is Etc/UTC
+ *
+ * Always -1, whatever happened.
+ */
+int qvsetdatetime(const char *params);
 /* ------------------------------------ host name, password, update, power -- */
 
+/*
+ * The host name: the one that was chosen; else "TC" and the device identity;
+ * else "ThinClient".
+ *
+ * out  at least 128 bytes; a longer name is cut at 127.
+ *
+ * Always 0.
+ */
+int qvgethostname(char *out);
+
+/*
+ * Chooses the host name for the next start: stores it and writes /etc/hostname.
+ * The running system keeps its name.  An empty name changes nothing.  Nothing
+ * is checked: give a name by the rules of host names.  Always 0.
+ */
+int qvsethostname(const char *name);
+
+/*
+ * The password of the front-end's manager screens: {"password": text}, in clear
+ * text, empty when none is set.  Comparing it with what a person types is the
+ * front-end's business.  Never null but for lack of memory.
+ */
+struct json_object *qvgetmgrpwd(void);
+
+/*
+ * Stores the password from "password=TEXT" as it is given, or removes it when
+ * the pair is absent or empty.  It is kept in clear text in the settings
+ * document.  Always 0; the log says when the document could not be written.
+ */
+int qvsetmgrpwd(const char *params);
+
+/*
+ * Restarts the terminal, or switches it off.  Returns 0 at once, before it
+ * happens; that it does not happen is not reported.
+ */
+int qvreboot(void);
+int qvshutdown(void);
+
+/*
+ * Repairs the network: writes a plain /etc/wpa_supplicant.conf, drops the
+ * static gateway, asks DHCP for every interface's address and restarts the
+ * networking service.  Waits for dhclient, which takes a minute where no
+ * server answers.  Always 0.
+ */
+int qvdiagnsys(void);
 /* -------------------------------------------------------- numbered store -- */
 
 /* ---------------------------------------- language, battery, vendor data -- */
 
 /* ------------------------------------------ horizon, citrix and printing -- */
 
+/*
+ * Switches of a client that terminals no longer ship.  The setters give 0 and
+ * the getters null; none touches anything.
+ */
+int qvsetcitrixtoolbar(int on);
+struct json_object *qvgetcitrixtoolbar(void);
+int qvsetcitrixprinter(int on);
+struct json_object *qvgetcitrixprinter(void);
+
+/*
+ * Shows the printer dialog on the terminal's screen and waits until it is
+ * closed.  Returns what system() returns.
+ */
+int qvcentos_printer(void);
 #ifdef __cplusplus
 }
 #endif

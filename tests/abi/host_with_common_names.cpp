@@ -58,6 +58,10 @@ HOST_FUNCTION(launchclient)
 HOST_FUNCTION(rdpclient)
 HOST_FUNCTION(getclientstatus)
 HOST_FUNCTION(log_init)
+HOST_FUNCTION(download)
+HOST_FUNCTION(update)
+HOST_FUNCTION(updating)
+HOST_FUNCTION(doupdate)
 
 // The names of its data, of another size and content.
 extern "C" {

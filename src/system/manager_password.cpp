@@ -1,0 +1,26 @@
+#include "system/manager_password.hpp"
+
+#include "core/params.hpp"
+#include "core/text.hpp"
+#include "store/settings.hpp"
+#include "store/settings_keys.hpp"
+
+namespace qvtc::system {
+
+Json manager_password() {
+    constexpr std::size_t longest = 255;
+    Json object(json_object_new_object());
+    json_object_object_add(
+        object.get(), "password",
+        json_string(cut(store::setting(store::keys::manager_password), longest)));
+    return object;
+}
+
+void set_manager_password(const char* params) {
+    ParamTable table;
+    if (params != nullptr) table.parse(params);
+    const char* password = table.find("password");
+    store::store_setting(store::keys::manager_password, password == nullptr ? "" : password);
+}
+
+} // namespace qvtc::system

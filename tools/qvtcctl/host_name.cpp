@@ -1,0 +1,93 @@
+#include "qvtcctl/host_name.hpp"
+
+#include "qvtcctl/quiet.hpp"
+#include "qvtcctl/refusal.hpp"
+#include "qvtcctl/terminal.hpp"
+#include "qvtcctl/terminal_verbs.hpp"
+#include "qvtcctl/text.hpp"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <qvtcapi/qvtcapi.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+constexpr std::size_t longest_name = 63;
+
+bool is_letter_or_digit(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+}
+
+std::string fault_in_label(std::string_view label) {
+    if (label.empty()) return "has a dot with nothing before or after it.";
+    if (label.front() == '-' || label.back() == '-')
+        return "has a part that begins or ends with a hyphen.";
+    const bool plain = std::all_of(label.begin(), label.end(),
+                                   [](char c) { return is_letter_or_digit(c) || c == '-'; });
+    if (plain) return "";
+    return "holds a character that no host name has. Write letters of the English alphabet, digits "
+           "and hyphens.";
+}
+
+std::string host_name_now(Chatter chatter) {
+    std::array<char, 128> name{};
+    const Quiet quiet(chatter);
+    qvgethostname(name.data());
+    return name.data();
+}
+
+void set_host_name(const std::string& name, Chatter chatter) {
+    const LogMark log{std::string(system_log)};
+    {
+        const Quiet quiet(chatter);
+        qvsethostname(name.c_str());
+    }
+    if (host_name_now(chatter) != name) throw not_taken("the host name was not stored", log);
+}
+
+} // namespace
+
+std::string fault_in_host_name(std::string_view name) {
+    if (name.empty()) return "is empty. Give at least one letter or digit.";
+    if (name.size() > longest_name) {
+        return fmt::format("has {} characters, and a host name has at most {}.", name.size(),
+                           longest_name);
+    }
+    for (;;) {
+        const std::size_t dot = std::min(name.find('.'), name.size());
+        if (const std::string fault = fault_in_label(name.substr(0, dot)); !fault.empty())
+            return fault;
+        if (dot == name.size()) return "";
+        name.remove_prefix(dot + 1);
+    }
+}
+
+Run define_host_name(CLI::App& app) {
+    auto name = std::make_shared<std::string>();
+    const CLI::Option* given = app.add_option("NAME", *name, "the new host name");
+    return [name, given](const Context& context) {
+        const bool set = given->count() > 0;
+        if (set) {
+            if (const std::string fault = fault_in_host_name(*name); !fault.empty()) {
+                throw Refusal(ExitCode::bad_usage,
+                              fmt::format("host name \"{}\" {}", printable(*name), fault));
+            }
+        }
+        require_terminal();
+        if (set) set_host_name(*name, context.chatter());
+        const std::string now = host_name_now(context.chatter());
+        Answer answer;
+        answer.text = set ? fmt::format("The host name is {} from the next start on.\n", now)
+                          : fmt::format("{}\n", printable(now));
+        answer.json = json_map();
+        add(answer.json, "hostName", now);
+        return answer;
+    };
+}
+
+} // namespace qvtc::qvtcctl

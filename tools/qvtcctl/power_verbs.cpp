@@ -1,0 +1,33 @@
+#include "qvtcctl/terminal_verbs.hpp"
+
+#include <array>
+
+namespace qvtc::qvtcctl {
+
+namespace {
+
+// clang-format off
+constexpr std::array<Verb, 3> table{{
+    {"reboot", "Restart the terminal",
+     "Restarts the terminal, after asking you.",
+     "qvtcctl power reboot\n"
+     "qvtcctl power reboot --yes",
+     define_reboot},
+    {"shutdown", "Switch the terminal off",
+     "Switches the terminal off, after asking you.",
+     "qvtcctl power shutdown\n"
+     "qvtcctl power shutdown --yes",
+     define_shutdown},
+    {"network-repair", "Set the network up anew",
+     "Writes a plain configuration of the wireless network, drops the static gateway, asks DHCP "
+     "for the addresses of all interfaces and restarts the network. It asks you first.",
+     "qvtcctl power network-repair",
+     define_network_repair},
+}};
+// clang-format on
+
+} // namespace
+
+std::span<const Verb> power_verbs() { return table; }
+
+} // namespace qvtc::qvtcctl

@@ -290,6 +290,26 @@ int qvdiagnsys(void);
 /* ------------------------------------------ horizon, citrix and printing -- */
 
 /*
+ * Whether the Horizon client shows its menu bar.
+ *
+ * on  its low byte decides: 0 is off, anything else is on (so 256 is off).
+ *
+ * The setter returns -1 when the settings document cannot take the value, else
+ * 0.  The getter gives {"toolbar": "on"} or {"toolbar": "off"}.
+ */
+int qvsetvmwaretoolbar(int on);
+struct json_object *qvgetvmwaretoolbar(void);
+
+/*
+ * Whether a camera is redirected into sessions; kept in the numbered store
+ * under 90.  The setter returns what qvwritedb() returns.  The getter gives
+ * what is stored only where another program has stored JSON there: what the
+ * setter stores is none, and reads back as null.
+ */
+int qvsethdxcamera(int on);
+struct json_object *qvgethdxcamera(void);
+
+/*
  * Switches of a client that terminals no longer ship.  The setters give 0 and
  * the getters null; none touches anything.
  */

@@ -3,6 +3,7 @@
 #include <pthread.h>
 #include <string>
 
+#include "clients/client_switches.hpp"
 #include "clients/diagnosis.hpp"
 #include "clients/horizon.hpp"
 #include "clients/launch.hpp"
@@ -94,5 +95,22 @@ char* xfreerdp_status(char* out) {
         copy_out_whole(out, clients::earlier_rdp_status());
         return out;
     });
+}
+
+// Deliberate: only the low byte decides.
+int qvsetvmwaretoolbar(int on) {
+    return guard(-1, [&] { return clients::show_horizon_menu_bar((on & 0xff) != 0) ? 0 : -1; });
+}
+
+json_object* qvgetvmwaretoolbar() {
+    return guard<json_object*>(nullptr, [] { return clients::horizon_menu_bar().release(); });
+}
+
+int qvsethdxcamera(int on) {
+    return guard(-1, [&] { return clients::redirect_camera(on != 0); });
+}
+
+json_object* qvgethdxcamera() {
+    return guard<json_object*>(nullptr, [] { return clients::camera_redirection().release(); });
 }
 }

@@ -191,4 +191,23 @@ TEST_F(ClientExports, AStatusIsAnObjectOfItsOwnForEachCall) {
     }
 }
 
+TEST(ClientSwitches, OnlyTheLowByteOfAFlagCounts) {
+    const std::pair<int, const char*> cases[] = {{0, "off"},   {1, "on"},   {255, "on"},
+                                                 {256, "off"}, {257, "on"}, {-1, "on"}};
+    for (const auto& [flag, shown] : cases) {
+        EXPECT_EQ(qvsetvmwaretoolbar(flag), 0);
+        json_object* object = qvgetvmwaretoolbar();
+        EXPECT_STREQ(json_object_get_string(json_object_object_get(object, "toolbar")), shown);
+        json_object_put(object);
+    }
+}
+
+TEST(ClientSwitches, TheCameraReadsBackAsNull) {
+    const test::StandIn qvplugin("qvplugin");
+    EXPECT_EQ(qvsethdxcamera(1), 0);
+    EXPECT_EQ(qvgethdxcamera(), nullptr);
+    EXPECT_EQ(qvplugin.calls(),
+              (test::StandIn::Calls{{"1", "90", "aGR4Y2FtZXJhPW9u"}, {"0", "90"}}));
+}
+
 } // namespace qvtc::test

@@ -58,6 +58,11 @@ HOST_FUNCTION(launchclient)
 HOST_FUNCTION(rdpclient)
 HOST_FUNCTION(getclientstatus)
 HOST_FUNCTION(log_init)
+HOST_FUNCTION(audio_volume)
+HOST_FUNCTION(getvolume)
+HOST_FUNCTION(setvolume)
+HOST_FUNCTION(volumeinit)
+HOST_FUNCTION(set_sound_config)
 
 // The names of its data, of another size and content.
 extern "C" {
@@ -103,6 +108,10 @@ void use_the_library() {
     json_object_put(status);
     expect(LogWrite(4, "x") == 0, "a line is logged");
     expect(qvlaunchclient(100) == -1, "an id without a client is refused");
+    qvsetvolume("micVolume=40");
+    json_object* const volumes = qvgetvolume();
+    expect(volumes != nullptr, "volumes are set and read");
+    json_object_put(volumes);
 }
 
 using EncodeBytes = char* (*)(const char*, unsigned, unsigned*);

@@ -63,7 +63,10 @@ WebcamSearch find_webcam(std::string_view listing) {
 std::string card_in(const std::string& path_end) {
     constexpr std::string_view mark = "card";
     const std::size_t at = path_end.find(mark);
-    return at == std::string::npos ? path_end : path_end.substr(at + mark.size(), 1);
+    if (at == std::string::npos) return path_end;
+    const std::string number = path_end.substr(at + mark.size());
+    const std::size_t digits = number.find_first_not_of("0123456789");
+    return number.substr(0, std::max<std::size_t>(digits, 1));
 }
 
 void prefer_webcam_microphone() {
@@ -75,7 +78,7 @@ void prefer_webcam_microphone() {
     if (!webcam.found) return;
     os().run(
         textf("pacmd set-default-source %s >/dev/null 2>&1", shell::bare(webcam.index).c_str()));
-    // Deliberate: a card of two digits is none of one character, so its volume stays.
+    // Deliberate: the volume of a card whose number has two digits stays as it is.
     if (card.size() == 1) raise_capture_volume(card);
 }
 

@@ -16,8 +16,8 @@ struct WebcamSearch {
 /// Walks `pacmd list-sources` up to the first webcam.
 WebcamSearch find_webcam(std::string_view listing);
 
-/// The card in the last part of a device's path, one character; such a text
-/// without a card stays as it is.
+/// The number of the card in the last part of a device's path, or the one
+/// character in its place; a text without a card stays as it is.
 std::string card_in(const std::string& path_end);
 
 /// Makes a webcam's microphone PulseAudio's default source, at full volume.

@@ -92,10 +92,11 @@ TEST(WebcamSearch, FindsTheWebcamOfARealListing) {
                                   "1-3:1.2/sound/card1\""});
 }
 
-TEST(CardIn, IsTheCharacterBehindTheWord) {
+TEST(CardIn, IsTheNumberBehindTheWord) {
     const std::pair<const char*, const char*> cases[] = {
-        {"card1\"\n", "1"}, {"card12\"\n", "1"},      {"card\"\n", "\""}, {"card", ""},
+        {"card1\"\n", "1"}, {"card12\"\n", "12"},     {"card\"\n", "\""}, {"card", ""},
         {"", ""},           {"hwC1\"\n", "hwC1\"\n"}, {"3", "3"},         {"soundcard2card3", "2"},
+        {"card12", "12"},   {"cardx2", "x"},
     };
     for (const auto& [end, card] : cases) EXPECT_EQ(card_in(end), card) << end;
 }
@@ -117,7 +118,7 @@ TEST_F(Microphone, DeliberatelyNamesAnotherSourceThanTheTwelfth) {
 }
 
 TEST_F(Microphone, DeliberatelyLeavesTheVolumeOfACardThatIsNoSingleCharacter) {
-    for (const char* const end : {"hwC10\"\n", "", "card", "\n\n"}) {
+    for (const char* const end : {"card12\"\n", "hwC10\"\n", "", "card", "\n\n"}) {
         test::ScriptedOs system;
         system.outputs = {webcam_with("    index: 7"), end, "6144\n"};
         prefer_webcam_microphone();

@@ -137,6 +137,17 @@ TEST_F(RealCards, AStartUsesAHeadsetAndItsStoredVolumes) {
     EXPECT_EQ(set_default_sink.calls(), (StandIn::Calls{{"2"}}));
 }
 
+TEST_F(RealCards, AplayTakesTheirConfiguration) {
+    EXPECT_EQ(set_sound_config(1), 0);
+    std::string errors;
+    const std::string names = capture_stdout(
+        [&] { errors = capture_stderr([] { EXPECT_EQ(std::system("aplay -L"), 0); }); });
+    EXPECT_EQ(errors, "");
+    const Texts lines = lines_of(names);
+    for (const char* const name : {"dsp0", "dmixer", "dsnooper", "duplexasym", "duplex", "default"})
+        EXPECT_EQ(std::count(lines.begin(), lines.end(), name), 1) << name;
+}
+
 TEST_F(RealCards, AWebcamsMicrophoneIsSetToItsMost) {
     cards.put_in(3, webcam_card);
     pacmd.prints({"    index: 7\n" + std::string(100, '\n') +

@@ -199,6 +199,45 @@ struct json_object *qvgetclientstatus(unsigned int id);
 
 /* ----------------------------------------------------------------- sound -- */
 
+/*
+ * The volumes, in percent, as the onboard sound card has them:
+ * {"playVolume": "55", "micVolume": "40"}.  "0" also stands for a card that
+ * tells no volume of that kind, or for none at all.
+ */
+struct json_object *qvgetvolume(void);
+
+/*
+ * Sets the volumes that params names, on the onboard card and on the last USB
+ * card, switches them on, and stores them with the settings.
+ *
+ * params  "playVolume=PERCENT" (loudspeakers) and "micVolume=PERCENT"
+ *         (microphone), either or both, 0 to 100.  What is no number counts
+ *         as 0.  A value out of range sets nothing, and keeps a micVolume from
+ *         being looked at when it is the playVolume's.
+ *
+ * Always 0, also when nothing was set, or when no card has such a control.
+ * Setting the playback volume plays a chime, which the call does not wait for.
+ */
+int qvsetvolume(const char *params);
+
+/*
+ * Whether ALSA lists an HDMI sound device: 1, else 0.  This is not whether
+ * sound goes to it: that is decided by the file /home/root/enable_hdmi_audio.
+ */
+int qvishdmiaudioenable(void);
+
+/*
+ * Makes a sound card the terminal's default: writes /etc/asound.conf for it,
+ * restarts PulseAudio, and makes a USB webcam's microphone PulseAudio's
+ * default source, at full volume.  Ends all running RDP clients.
+ *
+ * card  the card's number in ALSA, as "aplay -l" shows it.  It is not checked:
+ *       with a card that does not exist the terminal is silent.
+ *
+ * Always 0.
+ */
+int set_sound_config(unsigned int card);
+
 /* -------------------------------------------- wired and wireless network -- */
 
 /* ------------------------------------------------------- time and device -- */

@@ -45,5 +45,13 @@ int main(void) {
            "qvvelopanelaunchclient");
     expect(qvcancelconnect() == 0, "qvcancelconnect");
     expect_json(qvgetclientstatus(35), "{\"status\":\"cGFyYW1ldGVyIGVycm9yIQ==\"}");
+
+    expect(qvsetvolume("playVolume=150&micVolume=40") == 0, "qvsetvolume");
+    struct json_object* volumes = qvgetvolume();
+    expect(json_object_object_length(volumes) == 2, "qvgetvolume");
+    json_object_put(volumes);
+    const int hdmi = qvishdmiaudioenable();
+    expect(hdmi == 0 || hdmi == 1, "qvishdmiaudioenable");
+    expect(set_sound_config(1) == 0, "set_sound_config");
     return failures == 0 ? 0 : 1;
 }

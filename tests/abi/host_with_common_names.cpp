@@ -62,6 +62,11 @@ HOST_FUNCTION(download)
 HOST_FUNCTION(update)
 HOST_FUNCTION(updating)
 HOST_FUNCTION(doupdate)
+HOST_FUNCTION(audio_volume)
+HOST_FUNCTION(getvolume)
+HOST_FUNCTION(setvolume)
+HOST_FUNCTION(volumeinit)
+HOST_FUNCTION(set_sound_config)
 
 // The names of its data, of another size and content.
 extern "C" {
@@ -107,6 +112,10 @@ void use_the_library() {
     json_object_put(status);
     expect(LogWrite(4, "x") == 0, "a line is logged");
     expect(qvlaunchclient(100) == -1, "an id without a client is refused");
+    qvsetvolume("micVolume=40");
+    json_object* const volumes = qvgetvolume();
+    expect(volumes != nullptr, "volumes are set and read");
+    json_object_put(volumes);
 }
 
 using EncodeBytes = char* (*)(const char*, unsigned, unsigned*);

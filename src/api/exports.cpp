@@ -1,10 +1,15 @@
 #include "api/exports.hpp"
 
+#include "api/resolution_change.hpp"
 #include "core/os.hpp"
 
 using namespace qvtc;
 
 extern "C" {
+
+int qvsetdispconf(const char* params) {
+    return guard(-1, [&] { return api::change_resolution(params); });
+}
 
 int qvsetcitrixtoolbar(int /*on*/) { return 0; }
 

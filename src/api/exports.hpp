@@ -8,6 +8,9 @@
 /// reads small facts for a front-end.
 extern "C" {
 
+/// Changes the resolution and restarts the terminal.
+QVTC_EXPORT int qvsetdispconf(const char* params);
+
 // Entry points that once served a client which terminals no longer ship; they
 // touch nothing.
 QVTC_EXPORT int qvsetcitrixtoolbar(int on);

@@ -176,9 +176,7 @@ Json connect_delay() {
 }
 
 void store_connect_delay(const std::string& params) {
-    const auto equals = params.find('=');
-    if (equals == std::string::npos || equals == 0) return;
-    const std::string value = params.substr(equals + 1, params.find('=', equals + 1) - equals - 1);
+    const std::string value = single_pair_value(params);
     if (!value.empty()) store::store_setting(store::keys::connect_delay, value);
 }
 

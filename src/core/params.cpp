@@ -67,4 +67,11 @@ std::string params_to_json(char* text) {
     return json + "}";
 }
 
+std::string single_pair_value(std::string_view text) {
+    const auto equals = text.find('=');
+    if (equals == std::string_view::npos || equals == 0) return {};
+    text.remove_prefix(equals + 1);
+    return std::string(text.substr(0, text.find('=')));
+}
+
 } // namespace qvtc

@@ -51,4 +51,8 @@ char* next_token(char* text, const char* delimiters, char*& position);
 /// up `text`. Nothing is escaped: a double quote in a value makes invalid JSON.
 std::string params_to_json(char* text);
 
+/// The value of a text that is meant to be one single pair: what follows its
+/// first "=", up to any further one. Empty without a name or a value.
+std::string single_pair_value(std::string_view text);
+
 } // namespace qvtc

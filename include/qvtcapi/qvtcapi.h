@@ -193,6 +193,16 @@ struct json_object *qvgetclientstatus(unsigned int id);
 
 /* ----------------------------------------------------------------- start -- */
 
+/*
+ * To be called once, before anything else: sets the sound up where it goes to
+ * HDMI, rotates logs that have outgrown their limits, applies the stored power
+ * saving and brightness, starts the server of the remote view (x11vnc) if the
+ * settings ask for one and none runs, and refreshes the front-end's pictures.
+ * Everything else works without it.  Always 0; no step's failure stops the
+ * later ones.
+ */
+int qvtcinitapi(void);
+
 /* --------------------------------------------------------------- display -- */
 
 /* ------------------------------------------ idle, user portal, demo mode -- */

@@ -1,11 +1,17 @@
 #include "api/exports.hpp"
 
 #include "api/resolution_change.hpp"
+#include "api/start.hpp"
 #include "core/os.hpp"
 
 using namespace qvtc;
 
 extern "C" {
+
+int qvtcinitapi() {
+    guard_void(api::start);
+    return 0;
+}
 
 int qvsetdispconf(const char* params) {
     return guard(-1, [&] { return api::change_resolution(params); });

@@ -8,6 +8,9 @@
 /// reads small facts for a front-end.
 extern "C" {
 
+/// The start of the front-end. Always 0.
+QVTC_EXPORT int qvtcinitapi();
+
 /// Changes the resolution and restarts the terminal.
 QVTC_EXPORT int qvsetdispconf(const char* params);
 

@@ -58,6 +58,20 @@ HOST_FUNCTION(launchclient)
 HOST_FUNCTION(rdpclient)
 HOST_FUNCTION(getclientstatus)
 HOST_FUNCTION(log_init)
+HOST_FUNCTION(getconf)
+HOST_FUNCTION(getdns)
+HOST_FUNCTION(getmask)
+HOST_FUNCTION(getipaddr)
+HOST_FUNCTION(getgateway)
+HOST_FUNCTION(networkstatus)
+HOST_FUNCTION(getnetworkstatus)
+HOST_FUNCTION(getnetconf)
+HOST_FUNCTION(network_restart)
+HOST_FUNCTION(resetnetwork)
+HOST_FUNCTION(signal_level)
+HOST_FUNCTION(getwifi)
+HOST_FUNCTION(getdefaultroute)
+HOST_FUNCTION(setdefaultroute)
 
 // The names of its data, of another size and content.
 extern "C" {
@@ -103,6 +117,9 @@ void use_the_library() {
     json_object_put(status);
     expect(LogWrite(4, "x") == 0, "a line is logged");
     expect(qvlaunchclient(100) == -1, "an id without a client is refused");
+    expect(qvgetwiredstatus() == 0, "the network's status is asked for");
+    json_object_put(qvgetexwiredconf());
+    json_object_put(qvgetwifi());
 }
 
 using EncodeBytes = char* (*)(const char*, unsigned, unsigned*);

@@ -74,5 +74,6 @@ int main(int argc, char** argv) {
     std::printf("\nRatios of medians\n");
     const bool settings_met = report(reporter, qvtc::bench::settings_goals());
     const bool capture_met = report(reporter, qvtc::bench::capture_goals());
-    return settings_met && capture_met ? 0 : 1;
+    const bool network_met = report(reporter, qvtc::bench::network_goals());
+    return settings_met && capture_met && network_met ? 0 : 1;
 }

@@ -15,5 +15,6 @@ struct Goal {
 
 const std::vector<Goal>& settings_goals();
 const std::vector<Goal>& capture_goals();
+const std::vector<Goal>& network_goals();
 
 } // namespace qvtc::bench

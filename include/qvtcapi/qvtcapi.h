@@ -250,6 +250,132 @@ int set_sound_config(unsigned int card);
 
 /* -------------------------------------------- wired and wireless network -- */
 
+/*
+ * Addressing.  The wired ports are eth0 (the main one) and eth1 (the extra
+ * one), the wireless link is wlan0.  Their IPv4 configuration is an object of
+ * six strings, always all present:
+ * {"conf": mode, "ip", "mask", "gateway", "dns1", "dns2"}.  The mode is "1" for
+ * a static address and "0" for DHCP; the others are dotted quads, at most 63
+ * bytes long, "0.0.0.0" for what cannot be read.
+ *
+ * Setters take the same six names: "conf=1&ip=192.168.1.20&mask=255.255.255.0&
+ * gateway=192.168.1.1&dns1=192.168.1.1".  "conf" must be there: without it
+ * nothing is changed, and the log says so.  "0", or an "ip" of "0" or
+ * "0.0.0.0", stands for DHCP, anything else for a static address.  Addresses
+ * are not checked.  A name server of fewer than six characters is left out,
+ * and one that is absent is written as 0.0.0.0.
+ */
+
+/*
+ * The configuration in use of eth0; "dns1" and "dns2" are empty where
+ * /etc/resolv.conf names no server.  Null when there is no eth0.
+ */
+struct json_object *qvgetwiredconf(void);
+
+/*
+ * Stores the configuration of eth0, writes it to the system's files and
+ * restarts the interface, which takes as long as ifdown and ifup do.  With
+ * name servers alone ("conf=1" and no address) the interface's file stays.
+ *
+ * Returns the status of ifup, as system() gives it; -1, with nothing changed,
+ * for a text of fewer than four characters or without "conf".
+ */
+int qvsetwiredconf(char *params);
+
+/*
+ * 1 when any of eth0, eth1 and, with Wi-Fi switched on, wlan0 is up and
+ * running, else 0.
+ */
+int qvgetwiredstatus(void);
+
+/*
+ * As qvgetwiredconf(), for eth1.  When there is no eth1, "conf" is "none" and
+ * the other members are empty.
+ */
+struct json_object *qvgetexwiredconf(void);
+
+/* As qvsetwiredconf(), for eth1, but always 0. */
+int qvsetexwiredconf(char *params);
+
+/*
+ * Whether there is Wi-Fi hardware that is not disabled on this terminal:
+ * {"status": "1"} or {"status": "0"}.
+ */
+struct json_object *qvgetwifi(void);
+
+/* The Wi-Fi switch: {"useWifi": "on"} or {"useWifi": "off"}. */
+struct json_object *qvgetwifionoff(void);
+
+/*
+ * Stores the switch and brings wlan0 up or down.
+ *
+ * params  "useWifi=on" or "useWifi=off"; stored as it stands.
+ *
+ * Always 0.
+ */
+int qvsetwifionoff(char *params);
+
+/*
+ * The networks in range: {"list": [network, ...]}, where each network has
+ *   "ssid"         its name, words separated by one blank;
+ *   "connected"    "on" for the network in use, else "off";
+ *   "encryptType"  "open", "wpa", "wpa2", "802.1X" or "wep" (anything else);
+ *   "sigStrength"  from "0" to "6".
+ * A name of one word is listed once, one of several words once for each access
+ * point.  Hidden networks are left out, and so is all behind the 51st.  Empty
+ * when Wi-Fi is switched off or there is nothing to be asked.
+ */
+struct json_object *qvgetwifilist(void);
+
+/*
+ * Begins to join a network and returns at once; qvgetwifilist() shows what has
+ * come of it.  All former wireless profiles are removed, and the link returns
+ * to DHCP.
+ *
+ * params  "ssid": the name as hexadecimal text, two digits a byte; "password",
+ *         at most 127 bytes; for 802.1X also "username"; and
+ *         "encryptType=open", "encryptType=802.1X" or another type, which is
+ *         joined with a shared key.
+ *
+ * Always 0.  Without an "ssid" nothing is changed, and the log says so.
+ */
+int qvsetwifiauth(char *params);
+
+/*
+ * The configuration of wlan0: the mode as it was stored, the rest as it is in
+ * use.  Null when there is no Wi-Fi hardware, or it is disabled.
+ */
+struct json_object *qvgetwirelessconf(void);
+
+/*
+ * Stores the configuration of wlan0, writes it to the profile of a network and
+ * restarts the link, which takes as long as that does.
+ *
+ * params  the six names above, and "ssid" as for qvsetwifiauth().
+ *
+ * Always 0.  For a text of fewer than four characters or without "conf"
+ * nothing is changed, and the log says so.
+ */
+int qvsetwirelessconf(char *params);
+
+/*
+ * What json-c makes of what qvsetdefaultroute() has stored: null for its own
+ * texts, and when nothing is stored.
+ */
+struct json_object *qvgetdefaultroute(void);
+
+/*
+ * Adds a default route through an interface, beside those that there are, when
+ * it has none yet; its gateway is the one that the routing table names for it.
+ * Stores the line of the route that was found, or the command that was run.
+ *
+ * params  "default=eth0", "default=eth1" or "default=wlan0"; without a name
+ *         eth0 is meant.  A text of fewer than nine characters does nothing.
+ *
+ * Always 0, also when no route could be added.
+ */
+int qvsetdefaultroute(char *params);
+
 /* ------------------------------------------------------- time and device -- */
 
 /*

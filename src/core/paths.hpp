@@ -17,6 +17,9 @@ inline constexpr const char* client_status = "/usr/local/vpclient/config/clients
 inline constexpr const char* resolution = "/var/lib/ralo/res";
 inline constexpr const char* xorg_conf = "/etc/X11/xorg.conf";
 inline constexpr const char* resolv_conf = "/etc/resolv.conf";
+inline constexpr const char* network_scripts = "/etc/sysconfig/network-scripts";
+inline constexpr const char* network_conf = "/etc/sysconfig/network";
+inline constexpr const char* wpa_supplicant_conf = "/etc/wpa_supplicant.conf";
 inline constexpr const char* asound_conf_draft = "/etc/asound.conf.bak";
 
 // Marker files: their mere presence is the setting.

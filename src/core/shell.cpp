@@ -34,6 +34,12 @@ std::string bare(std::string_view value) { return quoted(value, true); }
 
 std::string word(std::string_view value) { return quoted(value, false); }
 
+std::string before_redirection(std::string_view value) {
+    const bool number =
+        !value.empty() && value.find_first_not_of("0123456789") == std::string_view::npos;
+    return (number ? "\\" : "") + word(value);
+}
+
 std::string in_single(std::string_view value) {
     std::string text;
     for (const char c : value) {
@@ -53,6 +59,32 @@ std::string in_double(std::string_view value) {
         text += c;
     }
     return text;
+}
+
+std::string grep_pattern(std::string_view value) {
+    constexpr std::string_view special_in_pattern = "\\.[*^$";
+    std::string pattern;
+    for (const char c : value) {
+        if (c == '\n') {
+            pattern += '.'; // it would begin another pattern
+        } else if (c == '-' && pattern.empty()) {
+            pattern += "[-]"; // or it would be an option
+        } else {
+            if (special_in_pattern.find(c) != std::string_view::npos) pattern += '\\';
+            pattern += c;
+        }
+    }
+    return word(pattern);
+}
+
+std::string assigned(std::string_view value) {
+    constexpr std::string_view needs_quotes = " \t\r\n\\|&;<>()$`\"'*?[]{}~#!";
+    if (value.find_first_of(needs_quotes) == std::string_view::npos) return std::string(value);
+    std::string line(value);
+    for (char& c : line) {
+        if (c == '\n') c = ' ';
+    }
+    return "'" + in_single(line) + "'";
 }
 
 } // namespace qvtc::shell

@@ -15,10 +15,23 @@ std::string bare(std::string_view value);
 /// Outside quotes, as one word whatever it holds.
 std::string word(std::string_view value);
 
+/// The same right before ">" without a blank, where a number would name the
+/// descriptor to redirect.
+std::string before_redirection(std::string_view value);
+
 /// Between the single quotes of the text.
 std::string in_single(std::string_view value);
 
 /// Between the double quotes of the text.
 std::string in_double(std::string_view value);
+
+/// As a basic regular expression for `grep`, outside quotes: matches the value
+/// itself, and is one word and no option whatever it holds.
+std::string grep_pattern(std::string_view value);
+
+/// Behind NAME= in a file that the system's scripts read as shell (ifcfg-*,
+/// network). A line break becomes a blank: the file's other readers and editors
+/// take it line by line, and half a quoted value would set free what follows.
+std::string assigned(std::string_view value);
 
 } // namespace qvtc::shell

@@ -53,5 +53,25 @@ int main(void) {
     const int hdmi = qvishdmiaudioenable();
     expect(hdmi == 0 || hdmi == 1, "qvishdmiaudioenable");
     expect(set_sound_config(1) == 0, "set_sound_config");
+    const char* const no_port = "{\"conf\":\"none\",\"ip\":\"\",\"mask\":\"\",\"gateway\":\"\","
+                                "\"dns1\":\"\",\"dns2\":\"\"}";
+    char no_mode[] = "ip=10.0.0.2";
+    char wifi_off[] = "useWifi=off";
+    char no_network[] = "encryptType=open";
+    char route[] = "default=";
+    expect(qvgetwiredstatus() == 0, "qvgetwiredstatus");
+    expect(qvgetwiredconf() == NULL, "qvgetwiredconf without eth0");
+    expect_json(qvgetexwiredconf(), no_port);
+    expect(qvsetwiredconf(no_mode) == -1, "qvsetwiredconf without a mode");
+    expect(qvsetexwiredconf(no_mode) == 0, "qvsetexwiredconf");
+    expect_json(qvgetwifi(), "{\"status\":\"0\"}");
+    expect(qvsetwifionoff(wifi_off) == 0, "qvsetwifionoff");
+    expect_json(qvgetwifionoff(), "{\"useWifi\":\"off\"}");
+    expect_json(qvgetwifilist(), "{\"list\":[]}");
+    expect(qvsetwifiauth(no_network) == 0, "qvsetwifiauth of no network");
+    expect(qvgetwirelessconf() == NULL, "qvgetwirelessconf without wlan0");
+    expect(qvsetwirelessconf(no_mode) == 0, "qvsetwirelessconf without a mode");
+    expect(qvsetdefaultroute(route) == 0, "qvsetdefaultroute");
+    expect(qvgetdefaultroute() == NULL, "qvgetdefaultroute");
     return failures == 0 ? 0 : 1;
 }

@@ -67,6 +67,20 @@ HOST_FUNCTION(getvolume)
 HOST_FUNCTION(setvolume)
 HOST_FUNCTION(volumeinit)
 HOST_FUNCTION(set_sound_config)
+HOST_FUNCTION(getconf)
+HOST_FUNCTION(getdns)
+HOST_FUNCTION(getmask)
+HOST_FUNCTION(getipaddr)
+HOST_FUNCTION(getgateway)
+HOST_FUNCTION(networkstatus)
+HOST_FUNCTION(getnetworkstatus)
+HOST_FUNCTION(getnetconf)
+HOST_FUNCTION(network_restart)
+HOST_FUNCTION(resetnetwork)
+HOST_FUNCTION(signal_level)
+HOST_FUNCTION(getwifi)
+HOST_FUNCTION(getdefaultroute)
+HOST_FUNCTION(setdefaultroute)
 
 // The names of its data, of another size and content.
 extern "C" {
@@ -116,6 +130,9 @@ void use_the_library() {
     json_object* const volumes = qvgetvolume();
     expect(volumes != nullptr, "volumes are set and read");
     json_object_put(volumes);
+    expect(qvgetwiredstatus() == 0, "the network's status is asked for");
+    json_object_put(qvgetexwiredconf());
+    json_object_put(qvgetwifi());
 }
 
 using EncodeBytes = char* (*)(const char*, unsigned, unsigned*);

@@ -234,6 +234,61 @@ TEST_F(Shell, ReceivesABareValueAsItsFields) {
                    });
 }
 
+TEST_F(Shell, ReceivesAValueBeforeARedirection) {
+    expect_for_all(
+        [](const std::string& value) {
+            return "printf '%s\\n' " + shell::before_redirection(value) + ">/tmp/redirected; " +
+                   "cat /tmp/redirected";
+        },
+        line_of);
+    for (const char* const shell : shells) {
+        for (const char* const number : {"1", "2", "42", "0"}) {
+            EXPECT_EQ(output_of(shell, "echo " + shell::before_redirection(number) +
+                                           ">/tmp/redirected; cat /tmp/redirected"),
+                      line_of(number));
+        }
+    }
+}
+
+TEST_F(Shell, ReadsAnAssignedValueFromAFileAsItIs) {
+    expect_for_all(
+        [](const std::string& value) {
+            write_file("/tmp/assignments", "A=" + shell::assigned(value) + "\nB=b\n");
+            return std::string(". /tmp/assignments; printf '%s%s\\n' \"$A\" \"$B\"");
+        },
+        [](const std::string& value) { return replace_all(value, '\n', ' ') + "b\n"; });
+}
+
+TEST_F(Shell, KeepsAnAssignedValueOnOneLine) {
+    // Scripts remove such lines with sed: no part of a value may be left behind.
+    for (const std::string& value : all_values()) {
+        EXPECT_EQ(shell::assigned(value).find('\n'), std::string::npos);
+    }
+}
+
+TEST_F(Shell, SearchesForAPatternThatIsTheValue) {
+    const auto printable_lines = [](const std::string& value) {
+        return value.find('\n') == std::string::npos;
+    };
+    for (const char* const shell : shells) {
+        for (const std::string& value : all_values()) {
+            if (value.empty() || !printable_lines(value)) continue;
+            write_file("/tmp/lines", "before\n<" + value + ">\nbehind\n");
+            EXPECT_EQ(output_of(shell, "LC_ALL=C grep -a -c " +
+                                           shell::grep_pattern("<" + value + ">") + " </tmp/lines"),
+                      "1\n")
+                << shell << " for the value: " << testing::PrintToString(value);
+            write_file("/tmp/lines", value + "\n");
+            EXPECT_EQ(output_of(shell, "LC_ALL=C grep -a -c " + shell::grep_pattern(value) +
+                                           " </tmp/lines 2>&1"),
+                      "1\n")
+                << shell << " for the value: " << testing::PrintToString(value);
+        }
+    }
+    EXPECT_EQ(output_of("/bin/bash", "echo abc | grep -c " + shell::grep_pattern("a.c")), "0\n");
+    EXPECT_EQ(output_of("/bin/bash", "echo abc | grep -c " + shell::grep_pattern("x\n")), "0\n");
+}
+
 TEST_F(Shell, ReceivesAValueWithinAWord) {
     expect_for_all(
         [](const std::string& value) {
@@ -269,7 +324,23 @@ TEST(ShellText, OfOrdinaryValuesIsTheValue) {
         EXPECT_EQ(shell::word(value), value);
         EXPECT_EQ(shell::in_single(value), value);
         EXPECT_EQ(shell::in_double(value), value);
+        EXPECT_EQ(shell::before_redirection(value), value);
     }
+    for (const char* const value : {"", "192.168.1.10", "eth0", "wlan0", "0.0.0.0", "fe80::1%eth0"})
+        EXPECT_EQ(shell::assigned(value), value);
+    for (const char* const value : {"", "eth0", "wlan0", "Office", "a_b-c"})
+        EXPECT_EQ(shell::grep_pattern(value), value);
+}
+
+TEST(ShellText, OfAPatternOrAnAssignmentIsReadableToo) {
+    EXPECT_EQ(shell::assigned("a b"), "'a b'");
+    EXPECT_EQ(shell::assigned("it's"), "'it'\\''s'");
+    EXPECT_EQ(shell::assigned("a\nb"), "'a b'");
+    EXPECT_EQ(shell::assigned("$(x)"), "'$(x)'");
+    EXPECT_EQ(shell::grep_pattern("Guest WiFi"), "Guest\\ WiFi");
+    EXPECT_EQ(shell::grep_pattern("-v"), "\\[-\\]v");
+    EXPECT_EQ(shell::grep_pattern("a.b"), "a\\\\.b");
+    EXPECT_EQ(shell::before_redirection("5"), "\\5");
 }
 
 TEST(ShellText, IsReadableWhereSomethingIsQuoted) {

@@ -205,7 +205,164 @@ int qvtcinitapi(void);
 
 /* --------------------------------------------------------------- display -- */
 
+/*
+ * A screen resolution is known under an index, a short decimal text:
+ *
+ *   index  resolution   index  resolution   index  resolution
+ *   "0"    800x600 (1)  "4"    1600x1200    "8"    1600x900
+ *   "1"    1024x768     "5"    1920x1080    "9"    1280x800 (2)
+ *   "2"    1280x720     "6"    1280x1024    "10"   automatic
+ *   "3"    1440x900     "7"    1366x768
+ *
+ * (1) treated as automatic by the terminal's display script; (2) not offered.
+ */
+
+/*
+ * What users are offered: {"list": [{"value": "auto"}, {"value": "800x600"},
+ * ...]}, ten entries, always the same.
+ */
+struct json_object *qvgetdisplist(void);
+
+/*
+ * The requested resolution: {"res": index}; "10" when none is stored.
+ */
+struct json_object *qvgetdispconf(void);
+
+/*
+ * Requests a resolution, puts it into force and restarts the terminal.  Until
+ * qvapplydispconf() keeps it, qvrestoredispconf() goes back to the former one;
+ * nothing does so by itself.
+ *
+ * params  a resolution ("1024x768"), a text that contains "auto", or a
+ *         parameter string with "res", an index.  What is none of these counts
+ *         as automatic and is stored as an empty index; a "res" that is no
+ *         number counts as "0".  With a pair "force" as well, whatever its
+ *         value, the resolution is kept at once.
+ *
+ * Returns 0; -1 for an empty text, after which the terminal restarts all the
+ * same; and -1, with nothing done, on a virtual machine (one whose product name
+ * contains "Virtual").
+ */
+int qvsetdispconf(const char *params);
+
+/* 1 while a requested resolution waits to be kept or reverted, else 0. */
+int qvisdispchanged(void);
+
+/* Keeps the requested resolution.  The screen is not touched.  Always 0. */
+int qvapplydispconf(void);
+
+/*
+ * Goes back to the resolution that was kept last, on the screen too: it waits
+ * for the terminal's display script.  Always 0.
+ */
+int qvrestoredispconf(void);
+
+/*
+ * What several screens show: {"displayMode": mode}, mode being "clone" (all the
+ * same), "extendverticalscreen" or "extend" (one desktop over all).
+ */
+struct json_object *qvdisplaymode(void);
+
+/*
+ * Sets it from "displayMode": "clone"; a text that contains
+ * "extendverticalscreen"; any other text, also an empty one, means "extend".
+ * Puts it into force with the resolution that was kept last, and waits for that.
+ *
+ * Always 0; without a "displayMode", and on a virtual machine, nothing is done.
+ */
+int qvsetdisplaymode(const char *params);
+
+/*
+ * The display refresh setting, a JSON text that only the front-end understands,
+ * as an object.  Null when none is stored, when it is no JSON, or when it has
+ * 10,240 bytes or more.
+ */
+struct json_object *qvdisplayrefresh(void);
+
+/*
+ * Stores that text.  Returns 0 when the terminal's store was run, whatever came
+ * of it; -1 for a text of more than some 76,000 bytes, -2 for null.
+ */
+int qvsetdisplayrefresh(const char *text);
+
+/* The order of two screens: {"displayOrder": "Positive" or "Reverse"}. */
+struct json_object *qvgetdisplayorder(void);
+
+/*
+ * Sets it from "displayOrder": a text that contains "Reverse", any other means
+ * the usual order.  Without that pair the order stays.  Applies the display
+ * settings in any case, and waits for that.  Always 0.
+ */
+int qvsetdisplayorder(const char *params);
+
+/*
+ * 1 if the machine has a VGA and an HDMI output (connected or not), which an
+ * extended desktop takes; else -1.
+ */
+int qvissupportextendscreen(void);
+
+/*
+ * Which side a vertical split belongs to: {"splitVerticallyMode": "hdmi", "vga"
+ * or ""}.
+ */
+struct json_object *qvsplitverticallymode(void);
+
+/*
+ * The brightness of the first output in percent, as a text:
+ * {"brightness": "80"}; "" when the X server does not tell it.
+ */
+struct json_object *qvgetmonitor(void);
+
+/*
+ * Sets the brightness of all connected outputs from "brightness", a percentage.
+ * Below 20 (and for a text that is no number) it is set to 20, above 100 to 100;
+ * it is stored as it was given.  Always 0; without that pair nothing is done.
+ */
+int qvsetmonitor(const char *params);
+
+/* The number of connected screens: 0, 1, or 2 for two and more. */
+int qvgetmonitornum(void);
+
 /* ------------------------------------------ idle, user portal, demo mode -- */
+
+/*
+ * When the screens are switched off for want of input:
+ * {"monitorPowerSave": "on" or another text for off,
+ *  "monitorPowerSaveMins": minutes}.
+ * "off" and "5" when nothing is stored; null when what is stored has fewer than
+ * 9 characters.
+ */
+struct json_object *qvgetidle(void);
+
+/*
+ * Puts it into force and stores it, from these two pairs.  For "on" without
+ * minutes nothing is put into force, but the text is stored.
+ *
+ * Always 0; a text of fewer than 9 characters is ignored.
+ */
+int qvsetidle(const char *params);
+
+/*
+ * Whether the terminal starts with the user portal: {"useUserportal": "on" or
+ * "off"}; "on" when nothing is stored.
+ */
+struct json_object *qvgetuserportal(void);
+
+/*
+ * Stores that from "useUserportal=on" or "useUserportal=off"; the name before
+ * the "=" is not looked at.  Always 0; a text that is no such pair stores
+ * nothing.
+ */
+int qvsetuserportal(const char *params);
+
+/* 1 in demo mode, else 0. */
+int qvdemomode(void);
+
+/*
+ * Switches demo mode on (for a value whose lowest byte is not 0) or off.
+ * Always 1.
+ */
+int qvsetdemomode(int on);
 
 /* ----------------------------------------------------------------- sound -- */
 

@@ -14,6 +14,7 @@ int change_resolution(const std::string& request) {
     // Deliberate: nobody looks at the processor.
     os().capture("cat /proc/cpuinfo |grep \"model name\"", limit);
     log(Level::info, "%s disp=%s", "qvsetdispconf", request.c_str());
+    // Deliberate: the terminal restarts whatever comes of it.
     const int status = display::set_resolution(request);
     system::reboot();
     return status;

@@ -19,6 +19,36 @@ static void expect_json(struct json_object* object, const char* text) {
     json_object_put(object);
 }
 
+static void use_displays(void) {
+    struct json_object* offered = qvgetdisplist();
+    expect(json_object_array_length(json_object_object_get(offered, "list")) == 10,
+           "qvgetdisplist");
+    json_object_put(offered);
+    expect_json(qvgetdispconf(), "{\"res\":\"10\"}");
+    expect(qvisdispchanged() == 0, "qvisdispchanged");
+    const int status = qvsetdispconf("1024x768");
+    expect(status == 0 || status == -1, "qvsetdispconf"); // -1 on a virtual machine
+    expect(qvrestoredispconf() == 0, "qvrestoredispconf");
+    expect(qvapplydispconf() == 0, "qvapplydispconf");
+    expect_json(qvdisplaymode(), "{\"displayMode\":\"extend\"}");
+    expect(qvsetdisplaymode("displayMode=extend") == 0, "qvsetdisplaymode");
+    expect(qvsetdisplayrefresh(NULL) == -2, "qvsetdisplayrefresh");
+    expect(qvdisplayrefresh() == NULL, "qvdisplayrefresh");
+    expect_json(qvgetdisplayorder(), "{\"displayOrder\":\"Positive\"}");
+    expect(qvsetdisplayorder("displayOrder=Positive") == 0, "qvsetdisplayorder");
+    expect(qvissupportextendscreen() == -1, "qvissupportextendscreen");
+    expect_json(qvsplitverticallymode(), "{\"splitVerticallyMode\":\"\"}");
+    expect_json(qvgetmonitor(), "{\"brightness\":\"\"}");
+    expect(qvsetmonitor("brightness=80") == 0, "qvsetmonitor");
+    expect(qvgetmonitornum() == 0, "qvgetmonitornum");
+
+    expect(qvsetidle("monitorPowerSave=on&monitorPowerSaveMins=7") == 0, "qvsetidle");
+    expect_json(qvgetidle(), "{\"monitorPowerSave\":\"on\",\"monitorPowerSaveMins\":\"7\"}");
+    expect(qvsetuserportal("useUserportal=off") == 0, "qvsetuserportal");
+    expect_json(qvgetuserportal(), "{\"useUserportal\":\"off\"}");
+    expect(qvsetdemomode(1) == 1 && qvdemomode() == 1, "qvsetdemomode");
+}
+
 int main(void) {
     expect(qvlog(1, "%s %d", "hello", 5) == 0, "qvlog");
     expect(LogWrite(1, "x") == 0, "LogWrite");
@@ -73,5 +103,6 @@ int main(void) {
     expect(qvsetwirelessconf(no_mode) == 0, "qvsetwirelessconf without a mode");
     expect(qvsetdefaultroute(route) == 0, "qvsetdefaultroute");
     expect(qvgetdefaultroute() == NULL, "qvgetdefaultroute");
+    use_displays();
     return failures == 0 ? 0 : 1;
 }

@@ -196,6 +196,14 @@ TEST(Tokens, NothingFollowsTheTokenWithoutADelimiterBehindIt) {
     EXPECT_EQ(next_token(nullptr, "&", position), nullptr);
 }
 
+TEST(SinglePair, HasTheValueBetweenItsFirstTwoEqualsSigns) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"a=b", "b"}, {"a=b=c", "b"}, {"a=b&c=d", "b&c"}, {"a&b=c", "c"}, {"a= ", " "},
+        {"", ""},     {"a", ""},      {"=b", ""},         {"a=", ""},     {"a==b", ""},
+    };
+    for (const auto& [text, value] : cases) EXPECT_EQ(single_pair_value(text), value) << text;
+}
+
 TEST(ParamsToJson, WrapsEachPieceInQuotes) {
     const struct {
         std::string text, expected;

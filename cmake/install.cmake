@@ -2,7 +2,7 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS qvtcapi EXPORT qvtcapi-targets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(FILES include/qvtcapi/qvtcapi.h include/qvtcapi/update.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qvtcapi)
+install(FILES include/qvtcapi/qvtcapi.h include/qvtcapi/update.h include/qvtcapi/factory_defaults.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qvtcapi)
 
 # Relative, so that the package may be moved.
 file(RELATIVE_PATH prefix_from_pkgconfig ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})

@@ -568,6 +568,17 @@ struct json_object *qvgetdatetime(void);
  * Always -1, whatever happened.
  */
 int qvsetdatetime(const char *params);
+/*
+ * Returns the terminal to its factory state and restarts it.  It forgets the
+ * connections (but those with the ids 192 to 255), writes the settings of
+ * factory_defaults.h, removes the manager password, names the host after the
+ * device identity if there is one, lets both wired ports ask DHCP, forgets the
+ * wireless networks, deletes logs, sets sound and screens up anew.  It keeps
+ * the stored wired addressing, the device identity, the default route and date
+ * and time.  Always 0; no step's failure stops the later ones.
+ */
+int qvresetsysconf(void);
+
 /* ------------------------------------ host name, password, update, power -- */
 
 /*

@@ -3,11 +3,13 @@
 #include "core/log.hpp"
 #include "core/text.hpp"
 #include "system/date_time.hpp"
+#include "system/factory_reset.hpp"
 #include "system/host_name.hpp"
 #include "system/machine.hpp"
 #include "system/manager_password.hpp"
 #include "system/network_repair.hpp"
 #include "system/power.hpp"
+#include "system/system_information.hpp"
 #include "system/update.hpp"
 
 using namespace qvtc;
@@ -89,6 +91,22 @@ int qvsetdatetime(const char* params) {
     guard_void([&] { system::set_date_time(text_or_empty(params)); });
     return -1;
 }
+
+json_object* getSysInfo() {
+    return guard<json_object*>(nullptr, [] { return system::system_information().release(); });
+}
+
+json_object* qvgetsysinfo() {
+    return guard<json_object*>(nullptr, [] { return system::system_information().release(); });
+}
+
+json_object* getsysinfo2() { return nullptr; }
+
+void sysinfo_init() {}
+
+int resetsysconf() { return always_0(system::reset_to_factory_settings); }
+
+int qvresetsysconf() { return always_0(system::reset_to_factory_settings); }
 
 int CPUType() { return guard(0, system::processor_class); }
 

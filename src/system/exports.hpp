@@ -31,7 +31,13 @@ QVTC_EXPORT json_object* getdatetime();
 QVTC_EXPORT int qvsetdatetime(const char* params);
 QVTC_EXPORT int setdatetime(const char* params);
 
-// What the machine is, in classes.
+// What the terminal is.
+QVTC_EXPORT json_object* qvgetsysinfo();
+QVTC_EXPORT json_object* getSysInfo();
+/// Always null.
+QVTC_EXPORT json_object* getsysinfo2();
+/// Every query starts from the defaults by itself; this touches nothing.
+QVTC_EXPORT void sysinfo_init();
 QVTC_EXPORT int CPUType();
 QVTC_EXPORT int getmemCap();
 /// -1 when the size cannot be read.
@@ -42,6 +48,10 @@ QVTC_EXPORT void get_tc_type(char* out);
 QVTC_EXPORT char* getcpuInfo(char* out);
 /// `out` stays as it is without such hardware. Always 0.
 QVTC_EXPORT int getmac(char* out, const char* device);
+
+// The factory reset, which ends in a restart. Always 0.
+QVTC_EXPORT int qvresetsysconf();
+QVTC_EXPORT int resetsysconf();
 
 // Power and network repair. Always 0.
 QVTC_EXPORT int qvreboot();

@@ -45,5 +45,10 @@ int main(void) {
            "qvvelopanelaunchclient");
     expect(qvcancelconnect() == 0, "qvcancelconnect");
     expect_json(qvgetclientstatus(35), "{\"status\":\"cGFyYW1ldGVyIGVycm9yIQ==\"}");
+
+    char value[8] = "before";
+    expect(qvreaddb(90, value, sizeof value) == -2 && strcmp(value, "before") == 0, "qvreaddb");
+    expect(qvwritedb(90, "hdxcamera=on") == 0, "qvwritedb");
+    expect(qvwritedb(90, NULL) == -2, "qvwritedb of null");
     return failures == 0 ? 0 : 1;
 }

@@ -27,7 +27,7 @@ function(qvtc_add_terminal_tests name)
         set(arg_TIMEOUT 60)
     endif()
 
-    add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
+    add_executable(${name} ${arg_UNPARSED_ARGUMENTS} $<TARGET_OBJECTS:qvtc_test_main>)
     target_link_libraries(${name} PRIVATE ${arg_LIBS} qvtc_test_support)
     add_dependencies(${name} recorder_shell stand_in)
 

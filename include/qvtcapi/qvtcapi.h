@@ -628,6 +628,37 @@ int qvshutdown(void);
 int qvdiagnsys(void);
 /* -------------------------------------------------------- numbered store -- */
 
+/*
+ * The terminal keeps texts under small numbers: one program, qvplugin, owns
+ * them, and the two functions below run it.  docs/numbered-store.md tells the
+ * numbers in use.
+ */
+
+/*
+ * Reads the text under a number.
+ *
+ * output  gets the text and its NUL, and is untouched when there is none to be
+ *         had.  May be null only if size is 0.
+ * size    the buffer's bytes.  The text must be shorter; one of 10,240 bytes
+ *         does not fit into 10,240.
+ *
+ * Returns 0; -2 when nothing is stored or the text is too long for the buffer;
+ * -1 when what the program prints is no base64.  At most 102,400 bytes of its
+ * output are looked at, that is 76,800 bytes of text.
+ */
+int qvreaddb(unsigned int key, char *output, unsigned int size);
+
+/*
+ * Stores a text under a number, in place of the one that is there.
+ *
+ * value  any text of at most 76,782 bytes, the empty one too; null stores
+ *        nothing.
+ *
+ * Returns 0 once the program was run: whether it stored the text, it does not
+ * tell.  -2 for null, -1 for a longer text (which the log tells).
+ */
+int qvwritedb(unsigned int key, const char *value);
+
 /* ---------------------------------------- language, battery, vendor data -- */
 
 /* ------------------------------------------ horizon, citrix and printing -- */

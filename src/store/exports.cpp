@@ -2,6 +2,10 @@
 
 #include "core/text.hpp"
 #include "store/document.hpp"
+#include "store/json_printers.hpp"
+#include "store/key_value_table.hpp"
+#include "store/numbered_store.hpp"
+#include "store/sql.hpp"
 
 using namespace qvtc;
 using store::Document;
@@ -52,4 +56,100 @@ int xml_del_itemNode(const char* item) {
 int xml_del_grandsonNode(const char* item, const char* key) {
     return change_existing([&](Document& document) { return document.remove_key(item, key); });
 }
+
+int qvreaddb(unsigned key, char* output, unsigned size) {
+    return guard(-1, [&] {
+        std::string text;
+        const auto outcome = store::read_numbered(key, output != nullptr ? size : 0, text);
+        if (outcome == store::ReadOutcome::read) copy_out(output, size, text);
+        return static_cast<int>(outcome);
+    });
+}
+
+int qvwritedb(unsigned key, const char* value) {
+    return guard(-1, [&] { return store::write_numbered(key, value); });
+}
+
+int sql_open(const char* filename) {
+    return guard(-1, [&] { return store::sql::open_database(filename); });
+}
+
+int sql_createtable(const char* name, const char* columns) {
+    return guard(-2, [&] { return store::sql::create_table(name, columns); });
+}
+
+int sql_cmd(const char* sql) {
+    return guard(-1, [&] { return store::sql::execute(sql); });
+}
+
+int sql_insert(const char* sql) {
+    return guard(-1, [&] { return store::sql::execute_insert(sql); });
+}
+
+int sql_delete(const char* table, const char* id) {
+    return guard(-1, [&] { return store::sql::delete_rows(table, id); });
+}
+
+int sql_modify(const char* sql) {
+    return guard(-1, [&] { return store::sql::execute_update(sql); });
+}
+
+int sql_query(const char* sql, sql_result* result) {
+    if (result == nullptr) return -1;
+    *result = {};
+    return guard(-1, [&] {
+        store::sql::Table table;
+        const int status = store::sql::query(sql, table);
+        *result = {table.cells, table.rows, table.columns};
+        return status;
+    });
+}
+
+int sql_close() {
+    store::sql::close_database();
+    return 0;
+}
+
+int db_init() {
+    guard_void(store::prepare_table);
+    return 0;
+}
+
+int create_table() {
+    guard_void(store::create_key_value_table);
+    return 0;
+}
+
+int writedata(const char* key, const char* value) {
+    guard_void([&] { store::write_row(key, value); });
+    return 0;
+}
+
+int readdata(const char* key, char* output) {
+    if (key == nullptr || output == nullptr) return -1;
+    return guard(-1, [&] {
+        std::string value;
+        const auto lookup = store::look_up(key, value);
+        if (lookup == store::Lookup::found) copy_out_whole(output, value);
+        return lookup == store::Lookup::no_rows ? -1 : 0;
+    });
+}
+
+int is_exsit_key(const char* key) {
+    return guard(-1, [&] { return store::find_key(key); });
+}
+
+int do_insert(const char* key, const char* value) {
+    return guard(-1, [&] { return store::insert_row(key, value); });
+}
+
+int do_modify(const char* key, const char* value) {
+    return guard(-1, [&] { return store::change_rows(key, value); });
+}
+
+void print_json_value(json_object* object, const char* name) { store::print_scalar(object, name); }
+
+void json_parse(json_object* object) { store::print_members(object); }
+
+void json_parse_array(json_object* array, const char* key) { store::print_elements(array, key); }
 }

@@ -1,5 +1,7 @@
 #include "store/numbered_store.hpp"
 
+#include <cstring>
+
 #include "core/base64.hpp"
 #include "core/log.hpp"
 #include "core/os.hpp"
@@ -15,6 +17,7 @@ constexpr std::size_t exchange_limit = 102400;
 } // namespace
 
 ReadOutcome read_numbered(unsigned key, std::size_t size, std::string& text) {
+    // Deliberate: the number is written as a signed one; keys are small.
     const std::string output =
         os().capture(textf("qvplugin 0 %d", static_cast<int>(key)), exchange_limit);
     if (output.empty()) return ReadOutcome::none_or_too_long;
@@ -37,7 +40,8 @@ int write_numbered(unsigned key, const char* text) {
     const std::string command =
         textf("qvplugin 1 %d ", static_cast<int>(key)) + base64::encode(text);
     if (command.size() >= exchange_limit) {
-        log(Level::error, "@write_numbered value %d is too long", static_cast<int>(key));
+        log(Level::error, "@qvwritedb value of %d too long: %zu bytes", static_cast<int>(key),
+            std::strlen(text));
         return -1;
     }
     os().run(command);

@@ -104,5 +104,9 @@ int main(void) {
     expect(qvsetdefaultroute(route) == 0, "qvsetdefaultroute");
     expect(qvgetdefaultroute() == NULL, "qvgetdefaultroute");
     use_displays();
+    char value[8] = "before";
+    expect(qvreaddb(90, value, sizeof value) == -2 && strcmp(value, "before") == 0, "qvreaddb");
+    expect(qvwritedb(90, "hdxcamera=on") == 0, "qvwritedb");
+    expect(qvwritedb(90, NULL) == -2, "qvwritedb of null");
     return failures == 0 ? 0 : 1;
 }

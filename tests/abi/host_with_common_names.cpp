@@ -62,7 +62,6 @@ HOST_FUNCTION(audio_volume)
 HOST_FUNCTION(getvolume)
 HOST_FUNCTION(setvolume)
 HOST_FUNCTION(volumeinit)
-HOST_FUNCTION(set_sound_config)
 
 // The names of its data, of another size and content.
 extern "C" {

@@ -56,5 +56,7 @@ std::span<const Group> groups();
 // One table a file.
 std::span<const Verb> connection_verbs();
 std::span<const Verb> client_verbs();
+std::span<const Verb> volume_verbs();
+std::span<const Verb> sound_verbs();
 
 } // namespace qvtc::qvtcctl

@@ -5,9 +5,11 @@
 namespace qvtc::qvtcctl {
 
 std::span<const Group> groups() {
-    static const std::array<Group, 2> table{{
+    static const std::array<Group, 4> table{{
         {"connection", "The stored connections", connection_verbs()},
         {"", "", client_verbs()},
+        {"", "", volume_verbs()},
+        {"sound", "The sound cards", sound_verbs()},
     }};
     return table;
 }

@@ -19,7 +19,7 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
         Words words, offered;
     };
     const Case cases[] = {
-        {{""}, {"connection", "launch", "status", "cancel", "delay"}},
+        {{""}, {"connection", "launch", "status", "cancel", "delay", "volume", "sound"}},
         {{"c"}, {"connection", "cancel"}},
         {{"connection", "s"}, {"show", "set"}},
         {{"connection", "list", ""},
@@ -38,7 +38,9 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
         {{"connection", "set", "32", "nosuch="}, {}},
         {{"launch", "32", "--"}, {"--help", "--wait", "--timeout", "--json", "--debug"}},
         {{"launch", ""}, {}},
-        {{"nosuch", ""}, {"connection", "launch", "status", "cancel", "delay"}},
+        {{"sound", ""}, {"show", "configure"}},
+        {{"volume", "--c"}, {"--capture"}},
+        {{"nosuch", ""}, {"connection", "launch", "status", "cancel", "delay", "volume", "sound"}},
     };
     for (const Case& c : cases) EXPECT_EQ(offered(c.words), c.offered) << c.words.back();
 }

@@ -59,5 +59,7 @@ std::span<const Verb> client_verbs();
 std::span<const Verb> terminal_verbs();
 std::span<const Verb> power_verbs();
 std::span<const Verb> update_verbs();
+std::span<const Verb> volume_verbs();
+std::span<const Verb> sound_verbs();
 
 } // namespace qvtc::qvtcctl

@@ -11,6 +11,11 @@ std::span<const Group> groups() {
         {"", "", terminal_verbs()},
         {"power", "Restarting, switching off, repair", power_verbs()},
         {"update", "The software update", update_verbs()},
+    static const std::array<Group, 4> table{{
+        {"connection", "The stored connections", connection_verbs()},
+        {"", "", client_verbs()},
+        {"", "", volume_verbs()},
+        {"sound", "The sound cards", sound_verbs()},
     }};
     return table;
 }

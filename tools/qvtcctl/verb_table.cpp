@@ -5,18 +5,15 @@
 namespace qvtc::qvtcctl {
 
 std::span<const Group> groups() {
-    static const std::array<Group, 5> table{{
-        {"connection", "The stored connections", connection_verbs()},
-        {"", "", client_verbs()},
-        {"", "", terminal_verbs()},
-        {"power", "Restarting, switching off, repair", power_verbs()},
-        {"update", "The software update", update_verbs()},
-    static const std::array<Group, 4> table{{
+    static const auto table = std::to_array<Group>({
         {"connection", "The stored connections", connection_verbs()},
         {"", "", client_verbs()},
         {"", "", volume_verbs()},
         {"sound", "The sound cards", sound_verbs()},
-    }};
+        {"power", "Restarting, switching off, repair", power_verbs()},
+        {"", "", terminal_verbs()},
+        {"update", "The software update", update_verbs()},
+    });
     return table;
 }
 

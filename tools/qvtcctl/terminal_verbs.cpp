@@ -1,5 +1,7 @@
 #include "qvtcctl/terminal_verbs.hpp"
 
+#include "qvtcctl/time_verbs.hpp"
+
 #include <array>
 
 namespace qvtc::qvtcctl {
@@ -7,7 +9,7 @@ namespace qvtc::qvtcctl {
 namespace {
 
 // clang-format off
-constexpr std::array<Verb, 2> terminal_table{{
+constexpr auto terminal_table = std::to_array<Verb>({
     {"host-name", "Show or set the terminal's host name",
      "Shows the host name, or sets it. A new name takes effect at the next start of the terminal.",
      "qvtcctl host-name\n"
@@ -21,9 +23,28 @@ constexpr std::array<Verb, 2> terminal_table{{
      "qvtcctl manager-password --password\n"
      "qvtcctl manager-password --remove",
      define_manager_password},
-}};
+    {"time", "Show or set clock, time zone and time server",
+     "Shows the time, the zone and the server that the clock follows, or changes them. What is not "
+     "named stays as it is; a clock that is set by hand follows no server any more.",
+     "qvtcctl time\n"
+     "qvtcctl time --zone Europe/Vienna --ntp pool.ntp.org\n"
+     "qvtcctl time --set \"2026-12-31 23:59\"",
+     define_time},
+    {"info", "Tell what this terminal is",
+     "Tells the terminal's name, model, processor, memory, storage, hardware addresses and the "
+     "versions of what it runs.",
+     "qvtcctl info\n"
+     "qvtcctl info --json",
+     define_information},
+    {"factory-reset", "Return the terminal to its factory state",
+     "Shows what a factory reset does to this terminal, asks you, does it and restarts the "
+     "terminal. With --plan it only shows it.",
+     "qvtcctl factory-reset --plan\n"
+     "qvtcctl factory-reset",
+     define_factory_reset},
+});
 
-constexpr std::array<Verb, 3> update_table{{
+constexpr auto update_table = std::to_array<Verb>({
     {"download", "Fetch an update package",
      "Fetches an update package in place of a former one. The URL must name a file called "
      "update.qvtc.",
@@ -39,7 +60,7 @@ constexpr std::array<Verb, 3> update_table{{
      "Tells whether the update script is running, and whether a package has been fetched.",
      "qvtcctl update status",
      define_update_status},
-}};
+});
 // clang-format on
 
 } // namespace

@@ -1,0 +1,189 @@
+#include "qvtcctl/host_name.hpp"
+#include "qvtcctl/json.hpp"
+#include "qvtcctl/quiet.hpp"
+#include "qvtcctl/refusal.hpp"
+#include "qvtcctl/table.hpp"
+#include "qvtcctl/terminal.hpp"
+#include "qvtcctl/text.hpp"
+#include "qvtcctl/time_verbs.hpp"
+#include "qvtcctl/zones.hpp"
+
+#include <array>
+#include <cstdlib>
+#include <memory>
+
+#include <arpa/inet.h>
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <qvtcapi/qvtcapi.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+/// The clock may have gone on by this much between setting and looking.
+constexpr long tolerated_seconds = 60;
+
+struct Clock {
+    long seconds = 0; ///< since 1970
+    Zone zone;
+    bool follows = false;
+    std::string server;
+};
+
+struct Options {
+    std::string time;
+    std::string zone;
+    std::string server;
+    bool no_server = false;
+
+    bool changes() const { return !time.empty() || !zone.empty() || !server.empty() || no_server; }
+};
+
+Clock clock_now(Chatter chatter) {
+    Json answer;
+    {
+        const Quiet quiet(chatter);
+        answer.reset(qvgetdatetime());
+    }
+    if (!answer) throw Refusal(ExitCode::not_done, "date and time could not be read.");
+    constexpr long milliseconds = 1000;
+    Clock clock;
+    clock.seconds = std::atol(text_member(answer.get(), "systemTime").c_str()) / milliseconds;
+    clock.zone = {text_member(answer.get(), "region"), text_member(answer.get(), "city")};
+    clock.follows = text_member(answer.get(), "useNTP") == "on";
+    clock.server = text_member(answer.get(), "ntpHost");
+    return clock;
+}
+
+/// From here on this program's own times are of that zone.
+void use_zone(const Zone& zone) {
+    setenv("TZ", (":/usr/share/zoneinfo/posix/" + zone.name()).c_str(), 1);
+    tzset();
+}
+
+std::string time_text(const Clock& clock) {
+    use_zone(clock.zone);
+    const std::time_t seconds = clock.seconds;
+    std::tm parts{};
+    localtime_r(&seconds, &parts);
+    std::array<char, 64> text{};
+    strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts);
+    return text.data();
+}
+
+void require_server(const std::string& server) {
+    std::array<unsigned char, sizeof(in6_addr)> address{};
+    if (inet_pton(AF_INET, server.c_str(), address.data()) == 1 ||
+        inet_pton(AF_INET6, server.c_str(), address.data()) == 1)
+        return;
+    const std::string fault = fault_in_host_name(server);
+    if (fault.empty()) return;
+    throw Refusal(ExitCode::bad_usage,
+                  fmt::format("time server \"{}\" {}", printable(server), fault));
+}
+
+void require_consistent(const Options& options) {
+    if (!options.server.empty() && options.no_server)
+        throw UsageError("--ntp and --no-ntp exclude each other.");
+    if (!options.server.empty() && !options.time.empty())
+        throw UsageError("--ntp and --set exclude each other: a clock that follows a server is "
+                         "not set by hand.");
+    if (!options.server.empty()) require_server(options.server);
+    if (!options.time.empty() && !parse_time(options.time)) {
+        throw Refusal(ExitCode::bad_usage,
+                      fmt::format("time \"{}\" is none. Write it as \"2026-12-31 23:59\" or "
+                                  "\"2026-12-31 23:59:30\".",
+                                  printable(options.time)));
+    }
+}
+
+/// What is to hold afterwards: what was asked for, and what holds already.
+Clock wanted(const Options& options, Clock now) {
+    if (!options.zone.empty()) now.zone = require_zone(options.zone);
+    if (!options.server.empty()) {
+        now.follows = true;
+        now.server = options.server;
+    }
+    if (options.no_server || !options.time.empty()) now.follows = false;
+    use_zone(now.zone);
+    if (auto parts = parse_time(options.time)) now.seconds = std::mktime(&*parts);
+    return now;
+}
+
+std::string parameters(const Options& options, const Clock& wish) {
+    std::string params =
+        fmt::format("useNTP={}&ntpHost={}&region={}&city={}", wish.follows ? "on" : "off",
+                    wish.server, wish.zone.region, wish.zone.city);
+    if (!options.time.empty()) params += "&systemTime=" + options.time;
+    return params;
+}
+
+void require_taken(const Options& options, const Clock& wish, const Clock& now,
+                   const LogMark& log) {
+    if (now.zone.name() != wish.zone.name() || now.follows != wish.follows ||
+        now.server != wish.server)
+        throw not_taken("date and time were not stored", log);
+    if (options.time.empty() || std::abs(now.seconds - wish.seconds) <= tolerated_seconds) return;
+    throw Refusal(ExitCode::not_done,
+                  "the zone and the server were stored, but the clock was not set: the system did "
+                  "not let \"date\" set it.");
+}
+
+void change_clock(const Options& options, Chatter chatter) {
+    const LogMark log{std::string(system_log)};
+    const Clock wish = wanted(options, clock_now(chatter));
+    {
+        const Quiet quiet(chatter);
+        qvsetdatetime(parameters(options, wish).c_str());
+    }
+    require_taken(options, wish, clock_now(chatter), log);
+}
+
+Answer answer_of(const Clock& clock) {
+    Answer answer;
+    const std::string time = time_text(clock);
+    const std::string follows =
+        clock.follows ? printable(clock.server) : std::string("no server, it was set by hand");
+    answer.text = fmt::format("Time     {}\nZone     {}\nFollows  {}\n", time,
+                              printable(clock.zone.name()), follows);
+    answer.json = json_map();
+    add(answer.json, "time", time);
+    add_number(answer.json, "seconds", clock.seconds);
+    add(answer.json, "zone", clock.zone.name());
+    add_flag(answer.json, "followsServer", clock.follows);
+    add(answer.json, "server", clock.server);
+    return answer;
+}
+
+} // namespace
+
+std::optional<std::tm> parse_time(const std::string& text) {
+    std::tm parts{};
+    const char* rest = strptime(text.c_str(), "%Y-%m-%d %H:%M", &parts);
+    if (rest != nullptr && *rest == ':') rest = strptime(rest, ":%S", &parts);
+    if (text.empty() || rest == nullptr || *rest != '\0') return std::nullopt;
+    parts.tm_isdst = -1;
+    // A 30th of February would silently become another day.
+    std::tm normal = parts;
+    std::mktime(&normal);
+    if (normal.tm_mday != parts.tm_mday || normal.tm_mon != parts.tm_mon) return std::nullopt;
+    return parts;
+}
+
+Run define_time(CLI::App& app) {
+    auto options = std::make_shared<Options>();
+    app.add_option("--set", options->time, "set the clock, in the terminal's zone")
+        ->option_text("\"YYYY-MM-DD hh:mm[:ss]\"");
+    app.add_option("--zone", options->zone, "set the time zone")->option_text("REGION/CITY");
+    app.add_option("--ntp", options->server, "follow a time server")->option_text("HOST");
+    app.add_flag("--no-ntp", options->no_server, "follow no time server");
+    return [options](const Context& context) {
+        require_consistent(*options);
+        if (!options->zone.empty()) require_zone(options->zone);
+        require_terminal();
+        if (options->changes()) change_clock(*options, context.chatter());
+        return answer_of(clock_now(context.chatter()));
+    };
+}
+
+} // namespace qvtc::qvtcctl

@@ -19,12 +19,14 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
         Words words, offered;
     };
     const Case cases[] = {
-        {{""}, {"connection", "launch", "status", "cancel", "delay"}},
+        {{""}, {"connection", "network", "launch", "status", "cancel", "delay"}},
         {{"c"}, {"connection", "cancel"}},
         {{"connection", "s"}, {"show", "set"}},
         {{"connection", "list", ""},
          {"broker", "rdp", "spice", "ovirt", "citrix", "horizon", "vnc", "hdp", "web"}},
         {{"connection", "list", "rdp", ""}, {}},
+        {{"network", "s"}, {"show", "set", "scan"}},
+        {{"network", "set", "eth0", "static", "--g"}, {"--gateway"}},
         {{"connection", "add", "r"}, {"rdp"}},
         {{"connection", "add", "--password", "r"}, {"rdp"}},
         {{"connection", "add", "rdp", "rdGatewayU"},
@@ -38,7 +40,7 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
         {{"connection", "set", "32", "nosuch="}, {}},
         {{"launch", "32", "--"}, {"--help", "--wait", "--timeout", "--json", "--debug"}},
         {{"launch", ""}, {}},
-        {{"nosuch", ""}, {"connection", "launch", "status", "cancel", "delay"}},
+        {{"nosuch", ""}, {"connection", "network", "launch", "status", "cancel", "delay"}},
     };
     for (const Case& c : cases) EXPECT_EQ(offered(c.words), c.offered) << c.words.back();
 }

@@ -56,5 +56,6 @@ std::span<const Group> groups();
 // One table a file.
 std::span<const Verb> connection_verbs();
 std::span<const Verb> client_verbs();
+std::span<const Verb> network_verbs();
 
 } // namespace qvtc::qvtcctl

@@ -5,8 +5,9 @@
 namespace qvtc::qvtcctl {
 
 std::span<const Group> groups() {
-    static const std::array<Group, 2> table{{
+    static const std::array<Group, 3> table{{
         {"connection", "The stored connections", connection_verbs()},
+        {"network", "The wired and wireless network", network_verbs()},
         {"", "", client_verbs()},
     }};
     return table;

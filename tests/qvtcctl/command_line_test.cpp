@@ -135,7 +135,7 @@ TEST(QvtcctlManPage, HasNoOptionAndNoVerbThatTheProgramHasNot) {
     }
     const std::string page = man_page();
     for (std::size_t at = 0; (at = page.find("--", at)) != std::string::npos; at += 2) {
-        const std::size_t end = page.find_first_not_of("abcdefghijklmnopqrstuvwxyz-", at);
+        const std::size_t end = page.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-", at);
         const std::string option = page.substr(at + 2, end - at - 2);
         EXPECT_NE(std::find(known.begin(), known.end(), option), known.end()) << option;
     }

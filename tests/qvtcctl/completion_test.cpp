@@ -18,13 +18,18 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
     struct Case {
         Words words, offered;
     };
+    const Words top_words = {"connection",       "launch", "status", "cancel",        "delay",
+                             "network",          "volume", "sound",  "power",         "host-name",
+                             "manager-password", "time",   "info",   "factory-reset", "update"};
     const Case cases[] = {
-        {{""}, {"connection", "launch", "status", "cancel", "delay", "volume", "sound"}},
+        {{""}, top_words},
         {{"c"}, {"connection", "cancel"}},
         {{"connection", "s"}, {"show", "set"}},
         {{"connection", "list", ""},
          {"broker", "rdp", "spice", "ovirt", "citrix", "horizon", "vnc", "hdp", "web"}},
         {{"connection", "list", "rdp", ""}, {}},
+        {{"network", "s"}, {"show", "set", "scan"}},
+        {{"network", "set", "eth0", "static", "--g"}, {"--gateway"}},
         {{"connection", "add", "r"}, {"rdp"}},
         {{"connection", "add", "--password", "r"}, {"rdp"}},
         {{"connection", "add", "rdp", "rdGatewayU"},
@@ -40,7 +45,7 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
         {{"launch", ""}, {}},
         {{"sound", ""}, {"show", "configure"}},
         {{"volume", "--c"}, {"--capture"}},
-        {{"nosuch", ""}, {"connection", "launch", "status", "cancel", "delay", "volume", "sound"}},
+        {{"nosuch", ""}, top_words},
     };
     for (const Case& c : cases) EXPECT_EQ(offered(c.words), c.offered) << c.words.back();
 }

@@ -61,5 +61,6 @@ std::span<const Verb> power_verbs();
 std::span<const Verb> update_verbs();
 std::span<const Verb> volume_verbs();
 std::span<const Verb> sound_verbs();
+std::span<const Verb> network_verbs();
 
 } // namespace qvtc::qvtcctl

@@ -8,6 +8,7 @@ std::span<const Group> groups() {
     static const auto table = std::to_array<Group>({
         {"connection", "The stored connections", connection_verbs()},
         {"", "", client_verbs()},
+        {"network", "The wired and wireless network", network_verbs()},
         {"", "", volume_verbs()},
         {"sound", "The sound cards", sound_verbs()},
         {"power", "Restarting, switching off, repair", power_verbs()},

@@ -32,8 +32,10 @@ std::size_t distance(std::string_view wrong, std::string_view name) {
 std::vector<std::string> known_zones() {
     std::vector<std::string> zones;
     std::error_code failed;
-    for (fs::recursive_directory_iterator at(zone_directory, failed), end; !failed && at != end;
-         at.increment(failed)) {
+    // The regions there may be links to those of the other scale of time.
+    constexpr auto through_links = fs::directory_options::follow_directory_symlink;
+    for (fs::recursive_directory_iterator at(zone_directory, through_links, failed), end;
+         !failed && at != end; at.increment(failed)) {
         if (at->is_directory()) continue;
         const std::string name = at->path().lexically_relative(zone_directory);
         if (name.find('/') != std::string::npos) zones.push_back(name);

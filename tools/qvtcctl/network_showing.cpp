@@ -1,0 +1,69 @@
+#include "qvtcctl/network_device.hpp"
+#include "qvtcctl/network_presentation.hpp"
+#include "qvtcctl/network_verbs.hpp"
+#include "qvtcctl/table.hpp"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+std::string wifi_text(bool present, bool on) {
+    if (!present) return "no hardware, or disabled";
+    return on ? "on" : "off";
+}
+
+Row row_of(Port port, const std::optional<PortState>& state) {
+    const std::string name(name_of(port));
+    if (!state) return {name, "not there"};
+    const auto shown = [](const std::string& text) { return text.empty() ? "-" : text; };
+    const std::string servers =
+        state->dns2.empty() ? state->dns1 : fmt::format("{} {}", state->dns1, state->dns2);
+    return {name,
+            state->is_static ? "static" : "dhcp",
+            shown(state->address),
+            shown(state->mask),
+            shown(state->gateway),
+            shown(servers)};
+}
+
+} // namespace
+
+Run define_network_show(CLI::App&) {
+    return [](const Context& context) {
+        const NetworkDevice device(context.chatter());
+        const bool online = device.is_online();
+        const bool has_wifi = device.has_wifi();
+        const bool wifi_on = device.wifi_is_on();
+        std::vector<Row> rows{{"PORT", "MODE", "ADDRESS", "MASK", "GATEWAY", "NAME SERVERS"}};
+        Json list = json_list();
+        for (const Port port : ports) {
+            const std::optional<PortState> state = device.state(port);
+            rows.push_back(row_of(port, state));
+            append(list, port_json(port, state));
+        }
+        Answer answer;
+        answer.text = fmt::format("{}On a network: {}\nWi-Fi: {}\n", layout(rows),
+                                  online ? "yes" : "no", wifi_text(has_wifi, wifi_on));
+        answer.json = json_map();
+        add_flag(answer.json, "online", online);
+        add(answer.json, "ports", std::move(list));
+        add(answer.json, "wifi", wifi_json(has_wifi, wifi_on));
+        return answer;
+    };
+}
+
+Run define_network_scan(CLI::App&) {
+    return [](const Context& context) {
+        const NetworkDevice device(context.chatter());
+        device.require_wifi();
+        const std::vector<NetworkInRange> networks = device.scan();
+        Answer answer;
+        answer.text = scan_text(networks);
+        answer.json = scan_json(networks);
+        return answer;
+    };
+}
+
+} // namespace qvtc::qvtcctl

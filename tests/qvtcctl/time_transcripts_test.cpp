@@ -1,0 +1,97 @@
+// Time, information and factory reset, as a person sees them who types the commands.
+#include "support/support.hpp"
+#include "transcript.hpp"
+
+#include <gtest/gtest.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+using test::StandIn;
+using test::Transcript;
+
+/// A clock that can be set, as the tests' terminals have no right to set theirs.
+class Clock {
+  public:
+    Clock() : date_("date") {
+        date_.runs("if [[ $1 == -s ]]; then /bin/date -d \"$2\" +%s >/tmp/clock; exit; fi\n"
+                   "cat /tmp/clock 2>/dev/null || echo 1750000000");
+    }
+
+  private:
+    StandIn date_;
+    StandIn hwclock_{"hwclock"};
+    StandIn clock_{"clock"};
+    StandIn synchronise_{"ntpdate-sync"};
+};
+
+TEST(QvtcctlTranscript, Time) {
+    QVTC_NEED(test::file_exists("/usr/share/zoneinfo/posix/Asia/Tokyo"), "no zone data");
+    const Clock clock;
+    Transcript transcript;
+    transcript.run("qvtcctl time")
+        .run("qvtcctl time --zone Asia/Tokyo")
+        .run("cat /etc/timezone; readlink /etc/localtime")
+        .run("qvtcctl time --ntp pool.example.org")
+        .run("grep NTPSERVERS /etc/default/ntpdate")
+        .run("qvtcctl time --json")
+        .run("qvtcctl time --set '2026-12-31 23:59'")
+        .run("qvtcctl time --no-ntp --zone Europe/Vienna")
+        .run("qvtcctl time --zone Asia/Tokio")
+        .run("qvtcctl time --zone Mars/Olympus")
+        .run("qvtcctl time --set tomorrow")
+        .run("qvtcctl time --set '2026-02-30 12:00'")
+        .run("qvtcctl time --ntp 'a b'")
+        .run("qvtcctl time --ntp a.example --no-ntp")
+        .run("qvtcctl time --ntp a.example --set '2026-12-31 23:59'")
+        .run("qvtcctl time");
+    transcript.expect("time");
+}
+
+TEST(QvtcctlTranscript, TimeThatTheSystemDoesNotTake) {
+    QVTC_NEED(test::file_exists("/usr/share/zoneinfo/posix/Etc/UTC"), "no zone data");
+    Transcript transcript;
+    transcript.run("qvtcctl time --set '2001-12-31 23:59' | head -1");
+    transcript.expect("time_not_set");
+}
+
+TEST(QvtcctlTranscript, Information) {
+    StandIn cat("cat");
+    cat.runs(
+        "case $1 in /proc/cpuinfo) echo 'model name\t: Intel(R) Celeron(R) N5095 @ 2.00GHz' ;; "
+        "/proc/meminfo) echo 'MemTotal:        7929316 kB' ;; *) /bin/cat \"$@\" ;; esac");
+    StandIn ifconfig("ifconfig");
+    ifconfig.prints("        ether 52:54:00:12:34:56  txqueuelen 1000\n");
+    StandIn uname("uname");
+    uname.prints("Linux terminal 5.14.3 x86_64\n");
+    StandIn blockdev("blockdev");
+    blockdev.prints("62537072640\n");
+    test::write_file("/dev/sda", "");
+    Transcript transcript;
+    transcript.run("qvtcctl info").run("qvtcctl info --json").run("qvtcctl info x");
+    transcript.expect("info");
+}
+
+TEST(QvtcctlTranscript, FactoryReset) {
+    const StandIn display("/var/lib/ralo/display.sh");
+    const StandIn nmcli("nmcli");
+    const StandIn aplay("aplay");
+    const StandIn reboot("reboot");
+    const StandIn killall("killall");
+    const StandIn pulseaudio("/usr/bin/pulseaudio");
+    const StandIn pacmd("pacmd");
+    Transcript transcript;
+    transcript.run("qvtcctl connection add rdp name=office serverAddress=10.0.0.5")
+        .run("qvtcctl connection add vnc name=lab serverAddress=10.0.0.6")
+        .run("qvtcctl delay 20")
+        .run("qvtcctl factory-reset --plan --json")
+        .run("qvtcctl factory-reset");
+    EXPECT_TRUE(reboot.calls().empty());
+    transcript.run("qvtcctl delay").run("qvtcctl factory-reset --yes --json");
+    EXPECT_EQ(reboot.calls().size(), 1U);
+    transcript.run("qvtcctl connection list").run("qvtcctl delay");
+    transcript.expect("factory_reset");
+}
+
+} // namespace
+} // namespace qvtc::qvtcctl

@@ -17,6 +17,7 @@ inline constexpr const char* client_status = "/usr/local/vpclient/config/clients
 inline constexpr const char* resolution = "/var/lib/ralo/res";
 inline constexpr const char* xorg_conf = "/etc/X11/xorg.conf";
 inline constexpr const char* resolv_conf = "/etc/resolv.conf";
+inline constexpr const char* battery_charge = "/sys/class/power_supply/BAT0/capacity";
 inline constexpr const char* asound_conf_draft = "/etc/asound.conf.bak";
 
 // Marker files: their mere presence is the setting.

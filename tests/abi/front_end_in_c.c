@@ -55,7 +55,8 @@ int main(void) {
     expect(qvsetlanguage("language=ko_KR") == 0, "qvsetlanguage");
     expect_json(qvgetlanguage(), "{\"language\":\"ko_KR\"}");
     expect(qvgetbattery() >= -1, "qvgetbattery");
-    expect(qvisoem() == NULL && qvoeminfo() == NULL && qvoemdata() == NULL && qvoemfeature() == NULL,
+    expect(qvisoem() == NULL && qvoeminfo() == NULL && qvoemdata() == NULL &&
+               qvoemfeature() == NULL,
            "no vendor's data");
     return failures == 0 ? 0 : 1;
 }

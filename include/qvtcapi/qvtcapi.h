@@ -661,6 +661,42 @@ int qvwritedb(unsigned int key, const char *value);
 
 /* ---------------------------------------- language, battery, vendor data -- */
 
+/*
+ * The interface language: {"language": "zh_CN"}.  A stored name that contains
+ * zh_CN, ko_KR or en_US is given as just that, any other as it is stored (its
+ * first 127 bytes), "" when none is.  Never null.
+ */
+struct json_object *qvgetlanguage(void);
+
+/*
+ * Stores the language from "language=NAME" and copies its picture to the start
+ * screen: the Chinese one when the name contains zh_CN, else the English one.
+ * Without a language, or for null, nothing is changed.
+ *
+ * Returns 0, or -1 when the picture is locked by a setting: the language is
+ * stored, the picture stays.  0 also hides a language that could not be stored
+ * (the log has it) and a picture that could not be copied.
+ */
+int qvsetlanguage(const char *params);
+
+/* The battery's charge in percent, or -1 without a battery. */
+int qvgetbattery(void);
+
+/*
+ * What the terminal's vendor has left in the numbered store, as it stands
+ * there: under 23 whether this is a terminal of another brand, under 50 a text
+ * of at most 10,239 bytes about it, under 56 its data, under 42 its list of
+ * features, which counts only if the text has more than 100 characters.
+ *
+ * Each gives null when nothing is stored, or no JSON.  qvoemdata() and
+ * qvoemfeature() keep a text of more than 500 or 100 characters until the
+ * process ends: a change is not seen before.
+ */
+struct json_object *qvisoem(void);
+struct json_object *qvoeminfo(void);
+struct json_object *qvoemdata(void);
+struct json_object *qvoemfeature(void);
+
 /* ------------------------------------------ horizon, citrix and printing -- */
 
 /*

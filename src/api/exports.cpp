@@ -1,10 +1,29 @@
 #include "api/exports.hpp"
 
+#include "api/device_queries.hpp"
 #include "api/resolution_change.hpp"
 #include "api/start.hpp"
+#include "api/vendor_data.hpp"
+#include "core/json.hpp"
 #include "core/os.hpp"
 
 using namespace qvtc;
+
+namespace {
+
+/// Hands an object over to a caller in C.
+template <typename Make>
+json_object* handed_over(Make&& make) {
+    return guard<json_object*>(nullptr, [&] { return make().release(); });
+}
+
+Json language_object() {
+    Json object(json_object_new_object());
+    json_object_object_add(object.get(), "language", json_string(api::language()));
+    return object;
+}
+
+} // namespace
 
 extern "C" {
 
@@ -24,6 +43,22 @@ json_object* qvgetcitrixtoolbar() { return nullptr; }
 int qvsetcitrixprinter(int /*on*/) { return 0; }
 
 json_object* qvgetcitrixprinter() { return nullptr; }
+
+json_object* qvisoem() { return handed_over(api::vendor_marker); }
+
+json_object* qvoemdata() { return handed_over(api::vendor_data); }
+
+json_object* qvoeminfo() { return handed_over(api::vendor_info); }
+
+json_object* qvoemfeature() { return handed_over(api::vendor_features); }
+
+json_object* qvgetlanguage() { return handed_over(language_object); }
+
+int qvsetlanguage(const char* params) {
+    return guard(-1, [&] { return api::set_language(params); });
+}
+
+int qvgetbattery() { return guard(-1, api::battery_charge); }
 
 int qvcentos_printer() {
     return guard(-1, [] { return os().run("DISPLAY=:0.0 system-config-printer"); });

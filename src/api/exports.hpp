@@ -21,6 +21,20 @@ QVTC_EXPORT json_object* qvgetcitrixtoolbar();
 QVTC_EXPORT int qvsetcitrixprinter(int on);
 QVTC_EXPORT json_object* qvgetcitrixprinter();
 
+// Getters whose objects the caller releases with json_object_put(); null when
+// nothing is stored, or no JSON.
+QVTC_EXPORT json_object* qvisoem();
+QVTC_EXPORT json_object* qvoemdata();
+QVTC_EXPORT json_object* qvoeminfo();
+QVTC_EXPORT json_object* qvoemfeature();
+
+/// {"language": text}, never null.
+QVTC_EXPORT json_object* qvgetlanguage();
+/// -1 when the start screen's picture is locked; the language is stored also then.
+QVTC_EXPORT int qvsetlanguage(const char* params);
+/// In percent; -1 without a battery.
+QVTC_EXPORT int qvgetbattery();
+
 /// Runs the printer dialog and waits; the status of system().
 QVTC_EXPORT int qvcentos_printer();
 }

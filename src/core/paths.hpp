@@ -20,6 +20,7 @@ inline constexpr const char* resolv_conf = "/etc/resolv.conf";
 inline constexpr const char* network_scripts = "/etc/sysconfig/network-scripts";
 inline constexpr const char* network_conf = "/etc/sysconfig/network";
 inline constexpr const char* wpa_supplicant_conf = "/etc/wpa_supplicant.conf";
+inline constexpr const char* battery_charge = "/sys/class/power_supply/BAT0/capacity";
 inline constexpr const char* asound_conf_draft = "/etc/asound.conf.bak";
 
 // Marker files: their mere presence is the setting.

@@ -108,5 +108,13 @@ int main(void) {
     expect(qvreaddb(90, value, sizeof value) == -2 && strcmp(value, "before") == 0, "qvreaddb");
     expect(qvwritedb(90, "hdxcamera=on") == 0, "qvwritedb");
     expect(qvwritedb(90, NULL) == -2, "qvwritedb of null");
+
+    expect_json(qvgetlanguage(), "{\"language\":\"\"}");
+    expect(qvsetlanguage("language=ko_KR") == 0, "qvsetlanguage");
+    expect_json(qvgetlanguage(), "{\"language\":\"ko_KR\"}");
+    expect(qvgetbattery() >= -1, "qvgetbattery");
+    expect(qvisoem() == NULL && qvoeminfo() == NULL && qvoemdata() == NULL &&
+               qvoemfeature() == NULL,
+           "no vendor's data");
     return failures == 0 ? 0 : 1;
 }

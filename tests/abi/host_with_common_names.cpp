@@ -117,6 +117,8 @@ HOST_FUNCTION(sql_query)
 // The names of its data, of another size and content.
 extern "C" {
 __attribute__((visibility("default"))) char counter[3] = "no";
+__attribute__((visibility("default"))) char goemdata[4] = "no";
+__attribute__((visibility("default"))) char gfeature[4] = "no";
 __attribute__((visibility("default"))) char urlparams[4] = "no";
 __attribute__((visibility("default"))) char logsetting[4] = "no";
 __attribute__((visibility("default"))) char loging[4] = "no";
@@ -193,6 +195,7 @@ void use_the_exported_names(void* library) {
 
 bool host_data_is_untouched() {
     const char* const texts[] = {counter,      urlparams,
+                                 goemdata,     gfeature,
                                  logsetting,   loging,
                                  LogLevelText, base64_encoding_table,
                                  mod_table,    base64_decoding_table,

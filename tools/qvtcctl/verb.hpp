@@ -57,6 +57,7 @@ std::span<const Group> groups();
 std::span<const Verb> connection_verbs();
 std::span<const Verb> client_verbs();
 std::span<const Verb> terminal_verbs();
+std::span<const Verb> device_verbs();
 std::span<const Verb> power_verbs();
 std::span<const Verb> update_verbs();
 std::span<const Verb> volume_verbs();

@@ -13,6 +13,7 @@ std::span<const Group> groups() {
         {"sound", "The sound cards", sound_verbs()},
         {"power", "Restarting, switching off, repair", power_verbs()},
         {"", "", terminal_verbs()},
+        {"", "", device_verbs()},
         {"update", "The software update", update_verbs()},
     });
     return table;

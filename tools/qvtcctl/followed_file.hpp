@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace qvtc::qvtcctl {
+
+/// Reads a file as it grows, also when it is moved aside and begun anew.
+class FollowedFile {
+  public:
+    /// Begins with the last "tail" bytes of what is there; a missing file is waited for.
+    FollowedFile(std::string path, std::uintmax_t tail);
+    ~FollowedFile();
+    FollowedFile(const FollowedFile&) = delete;
+    FollowedFile& operator=(const FollowedFile&) = delete;
+
+    /// The whole lines that have been added since the last call, with their newlines.
+    std::string lines();
+
+  private:
+    bool is_current() const;
+    void open_current();
+    void read_rest();
+
+    std::string path_;
+    int descriptor_ = -1;
+    std::string pending_; ///< what has been read and not yet been handed out
+};
+
+} // namespace qvtc::qvtcctl

@@ -1,0 +1,104 @@
+#include "qvtcctl/console.hpp"
+#include "qvtcctl/device_verbs.hpp"
+#include "qvtcctl/followed_file.hpp"
+#include "qvtcctl/json.hpp"
+#include "qvtcctl/log_lines.hpp"
+#include "qvtcctl/refusal.hpp"
+#include "qvtcctl/system_log.hpp"
+#include "qvtcctl/terminal.hpp"
+#include "qvtcctl/text.hpp"
+#include "qvtcctl/types.hpp"
+
+#include <chrono>
+#include <memory>
+#include <thread>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr unsigned default_lines = 20;
+constexpr unsigned most_lines = 100000;
+constexpr std::uintmax_t bytes_looked_at = 16UL << 20;
+
+struct Options {
+    std::string level = "debug";
+    std::string lines = std::to_string(default_lines);
+    bool follow = false;
+};
+
+Json json_of(const LogLine& line) {
+    Json map = json_map();
+    add(map, "time", line.time);
+    add(map, "level", name_of(line.level));
+    add(map, "message", line.message);
+    return map;
+}
+
+/// Those of a level or above it, at most the last "most".
+std::vector<LogLine> chosen(std::string_view text, LogLevel least, std::size_t most) {
+    std::vector<LogLine> lines = parse_log(text);
+    std::erase_if(lines, [least](const LogLine& line) { return line.level < least; });
+    if (lines.size() > most) lines.erase(lines.begin(), lines.end() - static_cast<long>(most));
+    return lines;
+}
+
+void write_line(const LogLine& line, bool as_json) {
+    write_out(as_json ? to_line(json_of(line)) : text_of(line));
+}
+
+/// Writes the last lines, and what is added to the log until a signal ends the program.
+[[noreturn]] void follow(LogLevel least, std::size_t most, bool as_json) {
+    FollowedFile file(std::string(system_log), bytes_looked_at);
+    for (;;) {
+        for (const LogLine& line : chosen(file.lines(), least, most)) write_line(line, as_json);
+        most = most_lines;
+        std::this_thread::sleep_for(100ms);
+    }
+}
+
+unsigned require_count(const std::string& text) {
+    const std::optional<unsigned> count = parse_number(text);
+    if (count && *count <= most_lines) return *count;
+    throw Refusal(ExitCode::bad_usage,
+                  fmt::format("--lines \"{}\" is no number of lines from 0 to {}.", printable(text),
+                              most_lines));
+}
+
+} // namespace
+
+Run define_log(CLI::App& app) {
+    auto options = std::make_shared<Options>();
+    app.add_option("--level", options->level,
+                   "only lines of this level or a higher one: debug, "
+                   "info, error (default: debug)")
+        ->option_text("LEVEL");
+    app.add_option("--lines", options->lines,
+                   fmt::format("how many of the last lines (default: {})", default_lines))
+        ->option_text("N");
+    app.add_flag("--follow", options->follow, "go on with what is added, until Ctrl+C");
+    return [options](const Context& context) {
+        const LogLevel least = require_level(options->level);
+        const unsigned most = require_count(options->lines);
+        require_terminal();
+        if (options->follow) follow(least, most, context.json);
+        const std::vector<LogLine> lines =
+            chosen(file_tail(std::string(system_log), bytes_looked_at), least, most);
+        Answer answer;
+        Json list = json_list();
+        for (const LogLine& line : lines) {
+            answer.text += text_of(line);
+            append(list, json_of(line));
+        }
+        if (lines.empty()) answer.text = "The log has no such lines.\n";
+        answer.json = json_map();
+        add(answer.json, "lines", std::move(list));
+        return answer;
+    };
+}
+
+} // namespace qvtc::qvtcctl

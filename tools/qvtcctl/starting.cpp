@@ -1,0 +1,125 @@
+#include "qvtcctl/child.hpp"
+#include "qvtcctl/console.hpp"
+#include "qvtcctl/device_verbs.hpp"
+#include "qvtcctl/json.hpp"
+#include "qvtcctl/processes.hpp"
+#include "qvtcctl/refusal.hpp"
+#include "qvtcctl/table.hpp"
+#include "qvtcctl/terminal.hpp"
+
+#include <array>
+#include <filesystem>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <qvtcapi/qvtcapi.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* hdmi_marker = "/home/root/enable_hdmi_audio";
+constexpr const char* remote_view_server = "x11vnc";
+constexpr const char* pictures = "/usr/local/vpclient/bin/image";
+constexpr std::array rotated_logs{"system.log", "freerdp.log", "spicec.log", "qvservice.log"};
+
+/// When the older generation of each log was written; those that a start moves aside change.
+std::array<fs::file_time_type, rotated_logs.size()> older_logs() {
+    std::array<fs::file_time_type, rotated_logs.size()> times{};
+    for (std::size_t i = 0; i < rotated_logs.size(); ++i) {
+        std::error_code missing;
+        const auto time =
+            fs::last_write_time(fmt::format("/home/root/{}.old", rotated_logs[i]), missing);
+        if (!missing) times[i] = time;
+    }
+    return times;
+}
+
+bool serves_remote_view() { return !running_processes(remote_view_server).empty(); }
+
+struct Step {
+    const char* name;
+    const char* title;
+    std::string outcome;
+};
+
+std::string sound_outcome() {
+    return fs::exists(hdmi_marker) ? "goes to HDMI" : "as it was: it does not go to HDMI";
+}
+
+std::string log_outcome(const std::array<fs::file_time_type, rotated_logs.size()>& before) {
+    const auto after = older_logs();
+    std::string moved;
+    for (std::size_t i = 0; i < rotated_logs.size(); ++i) {
+        if (before[i] == after[i]) continue;
+        moved += fmt::format("{}{}", moved.empty() ? "" : ", ", rotated_logs[i]);
+    }
+    return moved.empty() ? "none has outgrown its limit" : "moved aside: " + moved;
+}
+
+std::string power_saving_outcome(Chatter chatter) {
+    const Quiet quiet(chatter);
+    const Json idle(qvgetidle());
+    if (!idle) return "what is stored of it cannot be used";
+    if (text_member(idle.get(), "monitorPowerSave") != "on") return "off";
+    return fmt::format("after {} min", text_member(idle.get(), "monitorPowerSaveMins"));
+}
+
+std::string brightness_outcome(Chatter chatter) {
+    const Quiet quiet(chatter);
+    const Json monitor(qvgetmonitor());
+    const std::string percent = monitor ? text_member(monitor.get(), "brightness") : "";
+    return percent.empty() ? "the X server tells none" : percent + " %";
+}
+
+std::string remote_view_outcome(bool before) {
+    if (before) return "was served already";
+    return serves_remote_view() ? "is served" : "is not served";
+}
+
+std::string picture_outcome() {
+    std::size_t count = 0;
+    std::error_code missing;
+    for (const auto& entry : fs::directory_iterator(pictures, missing)) {
+        const std::string name = entry.path().filename();
+        if (name.starts_with("background-") || name.starts_with("connection-list-titlebar-"))
+            ++count;
+    }
+    return fmt::format("{} in place", count);
+}
+
+Answer answer_of(const std::vector<Step>& steps) {
+    std::vector<Row> rows{{"STEP", "OUTCOME"}};
+    Answer answer;
+    answer.json = json_map();
+    for (const Step& step : steps) {
+        rows.push_back({step.title, step.outcome});
+        add(answer.json, step.name, step.outcome);
+    }
+    answer.text = layout(rows);
+    return answer;
+}
+
+} // namespace
+
+Run define_init(CLI::App&) {
+    return [](const Context& context) {
+        require_terminal();
+        const Chatter chatter = context.chatter();
+        const auto logs_before = older_logs();
+        const bool served_before = serves_remote_view();
+        Progress progress(!context.json);
+        run_in_child([] { return qvtcinitapi(); }, chatter,
+                     [&](long seconds) { progress.show("Starting", seconds); });
+        progress.clear();
+        return answer_of({{"sound", "Sound", sound_outcome()},
+                          {"logs", "Logs", log_outcome(logs_before)},
+                          {"powerSaving", "Power saving", power_saving_outcome(chatter)},
+                          {"brightness", "Brightness", brightness_outcome(chatter)},
+                          {"remoteView", "Remote view", remote_view_outcome(served_before)},
+                          {"pictures", "Pictures", picture_outcome()}});
+    };
+}
+
+} // namespace qvtc::qvtcctl

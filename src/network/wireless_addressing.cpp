@@ -1,7 +1,6 @@
 #include "network/wireless_addressing.hpp"
 
 #include <cstdio>
-#include <string_view>
 #include <vector>
 
 #include "core/line_file.hpp"

@@ -1,7 +1,6 @@
 #include "network/exports.hpp"
 
 #include <cstring>
-#include <iterator>
 #include <string>
 
 #include "core/log.hpp"

@@ -1,6 +1,5 @@
 #include "network/wired.hpp"
 
-#include <string_view>
 #include <vector>
 
 #include "core/line_file.hpp"

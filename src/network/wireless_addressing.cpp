@@ -1,7 +1,6 @@
 #include "network/wireless_addressing.hpp"
 
 #include <cstdio>
-#include <string_view>
 #include <vector>
 
 #include "core/line_file.hpp"
@@ -32,9 +31,11 @@ void fill(std::string& field, const std::string& value) {
 }
 
 /// NAME=value at the end of a profile, where the system's scripts read shell.
+/// Without backslashes, which no address has: some shells' echo would turn them
+/// into line breaks, and half a value would be left behind by the next edit.
 void append_assignment(const char* name, const std::string& value, const std::string& profile) {
-    os().run(textf("echo \"%s=%s\" >> %s", name, shell::in_double(shell::assigned(value)).c_str(),
-                   profile.c_str()));
+    const std::string plain = shell::assigned(remove_all(value, '\\'));
+    os().run(textf("echo \"%s=%s\" >> %s", name, shell::in_double(plain).c_str(), profile.c_str()));
 }
 
 void write_supplicant_conf() {

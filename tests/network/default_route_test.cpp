@@ -32,7 +32,7 @@ TEST_F(DefaultRoute, ThatIsThereAlreadyIsStoredAsItWasFound) {
     EXPECT_EQ(stored(), found_line);
 }
 
-TEST_F(DefaultRoute, ThatIsMissingIsAddedAndTheCommandStored) {
+TEST_F(DefaultRoute, DeliberatelyStoresTheCommandThatAddedIt) {
     test::ScriptedOs system;
     system.replies[look] = found_line;
     system.replies["ifconfig |grep eth0 "] = test::running_line;

@@ -288,10 +288,12 @@ TEST_F(NetworkExports, APieceOfAScanOnItsOwn) {
 TEST_F(NetworkExports, JoiningReturnsAtOnce) {
     nmcli.runs("[ \"$2\" = wifi ] && sleep 100");
     for (int (*const setter)(char*) : {qvsetwifiauth, setwifiauth}) {
-        EXPECT_EQ(commands_of([&] {
-                      EXPECT_EQ(setter(Params("ssid=436f7270&password=secret12")), 0);
-                  }).size(),
-                  3U);
+        EXPECT_EQ(
+            commands_of([&] { EXPECT_EQ(setter(Params("ssid=436f7270&password=secret12")), 0); }),
+            (Texts{"nmcli connect|grep wlan|awk '{print $2}' |xargs nmcli c delet",
+                   "rm -f /etc/sysconfig/network-scripts/ifcfg-Corp*",
+                   "env LANG=en_US.UTF8 nmcli d wifi connect \"Corp\" password \"secret12\" "
+                   "wlan0 >/dev/null 2>&1 &"}));
         ASSERT_TRUE(wait_until([&] { return !nmcli.calls().empty(); }));
     }
     ASSERT_TRUE(wait_until([&] { return nmcli.calls().size() >= 6; }));
@@ -312,11 +314,22 @@ TEST_F(NetworkExports, WirelessSettings) {
                                "'dns1':'0.0.0.0','dns2':'0.0.0.0'}";
     for (int (*const setter)(char*) : {qvsetwirelessconf, setwirelessconf}) {
         EXPECT_EQ(setter(Params("conf=1&ip=10.0.0.2&ssid=436f7270")), 0);
-        const Texts commands = recorded_commands();
-        EXPECT_EQ(commands.size(), 17U);
-        EXPECT_EQ(commands.back(), "systemctl restart network");
+        const std::string file = "/etc/sysconfig/network-scripts/ifcfg-Corp";
+        Texts commands = {"env LANG=en_US.UTF8 nmcli dev wifi|grep Corp |awk '{print $9}'",
+                          "echo \"KEY_MGMT=WPA-PSK\" >> " + file};
+        for (const std::string key : {"IPADDR", "GATEWAY", "NETMASK", "DNS1", "DNS2"})
+            commands.push_back("sed -i \"/" + key + "=/d\" " + file);
+        commands.push_back("sed -i \"/BOOTPROTO/ s/\\(BOOTPROTO=\\).*/\\1static/\" " + file);
+        commands.push_back("echo \"IPADDR=10.0.0.2\" >> " + file);
+        for (const std::string key : {"GATEWAY", "NETMASK", "DNS1", "DNS2"})
+            commands.push_back("echo \"" + key + "=0.0.0.0\" >> " + file);
+        EXPECT_EQ(recorded_commands(),
+                  (commands + Texts{"killall dhclient", "nmcli r wifi off", "nmcli r wifi on",
+                                    "systemctl restart network"}));
         forget_commands();
     }
+    EXPECT_EQ(commands_of([] { json_object_put(qvgetwirelessconf()); }),
+              Texts{"ip addr |grep wlan0"} + status);
     EXPECT_EQ(text_of(qvgetwirelessconf()), replace_all(object, '\'', '"'));
     std::array<char, 1024> text{};
     EXPECT_EQ(getwirelessconf(text.data()), 0);

@@ -138,7 +138,29 @@ TEST_F(HostileNetwork, AddressesReachTheFilesAsTheyAre) {
         fs::remove(std::string(scripts) + "/ifcfg-Office");
         call(qvsetwirelessconf,
              "conf=1&ip=10.0.0.2&gateway=" + value + "&ssid=" + hex_of("Office"));
-        EXPECT_EQ(sourced(std::string(scripts) + "/ifcfg-Office", "GATEWAY"), expected);
+        EXPECT_EQ(sourced(std::string(scripts) + "/ifcfg-Office", "GATEWAY"),
+                  remove_all(expected, '\\'));
+    }
+}
+
+TEST_F(HostileNetwork, AProfileIsTheSameUnderAPlainShell) {
+    QVTC_NEED_PROGRAM("dash");
+    const std::string profile = std::string(scripts) + "/ifcfg-Office";
+    for (const std::string& value : hostile_values()) {
+        if (value.size() > 60 || contains(value, ";")) continue; // it shifts the list
+        fs::remove(profile);
+        forget_commands();
+        call(qvsetwirelessconf,
+             "conf=1&ip=10.0.0.2&gateway=" + value + "&dns1=" + value + "&ssid=4f6666696365");
+        std::string lines;
+        for (const std::string& command : recorded_commands()) {
+            if (command.starts_with("echo ")) lines += command + "\n";
+        }
+        const std::string expected = read_file(profile);
+        fs::remove(profile);
+        write_file("/tmp/lines", lines);
+        ASSERT_EQ(std::system("dash /tmp/lines"), 0);
+        EXPECT_EQ(read_file(profile), expected) << value;
     }
 }
 

@@ -59,7 +59,7 @@ TEST_F(Wireless, SwitchIsStoredAsItStandsAndTheLinkBroughtUpOrDown) {
     }
 }
 
-TEST_F(Wireless, RestartGivesTheLastCommandsStatus) {
+TEST_F(Wireless, DeliberatelyRestartsWithAMisspelledConfiguration) {
     test::ScriptedOs system;
     system.status = 512;
     EXPECT_EQ(restart_supplicant(), 512);
@@ -168,6 +168,12 @@ TEST_F(Wireless, JoinNeverLeavesTheDirectoryOfProfiles) {
     join_network("ssid=2e2e2f2e2e2f706173737764&password=x"); // ../../passwd
     EXPECT_EQ(system.record.at(1), remove_profiles("..-..-passwd"));
     EXPECT_EQ(system.record.back(), connect("../../passwd", "x"));
+}
+
+TEST_F(Wireless, DeliberatelyForgetsProfilesWithAShortenedVerb) {
+    test::ScriptedOs system;
+    forget_wireless_profiles();
+    EXPECT_EQ(system.record, Texts{forget});
 }
 
 TEST_F(Wireless, NamesAreHexadecimalText) {

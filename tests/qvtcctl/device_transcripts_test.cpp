@@ -21,6 +21,7 @@ TEST(QvtcctlTranscript, Init) {
     const StandIn sink("/usr/bin/set_default_sink");
     const StandIn aplay("aplay");
     test::write_file("/var/lib/ralo/image/base/background-1.png", "p");
+    std::filesystem::create_directories("/usr/local/vpclient/bin/image");
     Transcript transcript;
     transcript.run("qvtcctl init");
     test::write_file("/home/root/freerdp.log", std::string(600'000, 'x'));

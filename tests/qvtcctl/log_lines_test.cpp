@@ -37,7 +37,7 @@ TEST(QvtcctlLogLines, AreWrittenForAScreen) {
     EXPECT_EQ(text_of({"2026-11-21 12:00:00", LogLevel::info, "hello"}),
               "2026-11-21 12:00:00 info  hello\n");
     EXPECT_EQ(text_of({"2026-11-21 12:00:00", LogLevel::error, "a\x1b[2J\nb"}),
-              "2026-11-21 12:00:00 error a\\x1B[2J\n    b\n");
+              "2026-11-21 12:00:00 error a\\x1b[2J\n    b\n");
     EXPECT_EQ(text_of({"", LogLevel::info, "rest"}), "rest\n");
     EXPECT_EQ(text_of({"2026-11-21 12:00:00", LogLevel::debug, ""}),
               "2026-11-21 12:00:00 debug \n");

@@ -15,6 +15,7 @@
 #include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 namespace qvtc::qvtcctl {
 namespace {
@@ -62,6 +63,24 @@ std::string address_parameters(Mode mode, const WantedAddresses& wanted, bool wi
     give("dns1", wanted.dns1, wired ? "0" : "");
     give("dns2", wanted.dns2, wired ? "0" : "");
     return parameters;
+}
+
+/// Lets the library work in a process and a session of its own, and waits for it. What it does goes
+/// on when the terminal that this program was typed on is closed, as when the network is restarted
+/// over which somebody has logged on; and so does what it has started in the background.
+template <typename Work>
+void work_in_own_session(Chatter chatter, Work work) {
+    const pid_t child = fork();
+    if (child > 0) {
+        waitpid(child, nullptr, 0);
+        return;
+    }
+    {
+        if (child == 0) setsid();
+        const Quiet quiet(chatter);
+        work();
+    }
+    if (child == 0) _exit(0);
 }
 
 void require_in_use(Port port, Mode mode, const WantedAddresses& wanted, const PortState& state,
@@ -144,15 +163,14 @@ PortState NetworkDevice::set_wired(Port port, Mode mode, const WantedAddresses& 
     require_state(port);
     const LogMark log{std::string(system_log)};
     std::string parameters = address_parameters(mode, wanted, true);
-    {
-        const Quiet quiet(chatter_);
+    work_in_own_session(chatter_, [&] {
         // The extra port's status is not told; reading it back decides for both.
         if (port == Port::main) {
             qvsetwiredconf(parameters.data());
         } else {
             qvsetexwiredconf(parameters.data());
         }
-    }
+    });
     PortState now = require_state(port);
     require_in_use(port, mode, wanted, now, log);
     return now;
@@ -163,10 +181,7 @@ PortState NetworkDevice::set_wireless(const std::string& network, Mode mode,
     const LogMark log{std::string(system_log)};
     std::string parameters =
         address_parameters(mode, wanted, false) + "&" + ssid_parameter(network);
-    {
-        const Quiet quiet(chatter_);
-        qvsetwirelessconf(parameters.data());
-    }
+    work_in_own_session(chatter_, [&] { qvsetwirelessconf(parameters.data()); });
     PortState now = require_state(Port::wireless);
     require_in_use(Port::wireless, mode, wanted, now, log);
     return now;
@@ -237,8 +252,7 @@ void NetworkDevice::join(const std::string& network, Encryption encryption, cons
     if (encryption == Encryption::personal) parameters += "&encryptType=wpa2";
     if (encryption == Encryption::enterprise) parameters += "&encryptType=802.1X&username=" + user;
     if (!password.empty()) parameters += "&password=" + password;
-    const Quiet quiet(chatter_);
-    qvsetwifiauth(parameters.data());
+    work_in_own_session(chatter_, [&] { qvsetwifiauth(parameters.data()); });
 }
 
 PortState NetworkDevice::set_default_route(Port port) const {

@@ -8,7 +8,9 @@
 #include "qvtcctl/terminal.hpp"
 
 #include <array>
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -18,6 +20,7 @@ namespace qvtc::qvtcctl {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 
 constexpr const char* hdmi_marker = "/home/root/enable_hdmi_audio";
 constexpr const char* remote_view_server = "x11vnc";
@@ -73,9 +76,19 @@ std::string brightness_outcome(Chatter chatter) {
     return percent.empty() ? "the X server tells none" : percent + " %";
 }
 
+/// The server is started in the background, and shows a moment later.
+bool begins_to_serve() {
+    const auto end = std::chrono::steady_clock::now() + 1s;
+    while (!serves_remote_view()) {
+        if (std::chrono::steady_clock::now() >= end) return false;
+        std::this_thread::sleep_for(20ms);
+    }
+    return true;
+}
+
 std::string remote_view_outcome(bool before) {
     if (before) return "was served already";
-    return serves_remote_view() ? "is served" : "is not served";
+    return begins_to_serve() ? "is served" : "is not served";
 }
 
 std::string picture_outcome() {

@@ -19,7 +19,9 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
         Words words, offered;
     };
     const Case cases[] = {
-        {{""}, {"connection", "launch", "status", "cancel", "delay"}},
+        {{""},
+         {"connection", "launch", "status", "cancel", "delay", "display", "power", "portal",
+          "demo-mode"}},
         {{"c"}, {"connection", "cancel"}},
         {{"connection", "s"}, {"show", "set"}},
         {{"connection", "list", ""},
@@ -38,7 +40,11 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
         {{"connection", "set", "32", "nosuch="}, {}},
         {{"launch", "32", "--"}, {"--help", "--wait", "--timeout", "--json", "--debug"}},
         {{"launch", ""}, {}},
-        {{"nosuch", ""}, {"connection", "launch", "status", "cancel", "delay"}},
+        {{"nosuch", ""},
+         {"connection", "launch", "status", "cancel", "delay", "display", "power", "portal",
+          "demo-mode"}},
+        {{"display", "s"}, {"show", "set", "screens"}},
+        {{"power", ""}, {"idle"}},
     };
     for (const Case& c : cases) EXPECT_EQ(offered(c.words), c.offered) << c.words.back();
 }

@@ -56,5 +56,8 @@ std::span<const Group> groups();
 // One table a file.
 std::span<const Verb> connection_verbs();
 std::span<const Verb> client_verbs();
+std::span<const Verb> display_verbs();
+std::span<const Verb> power_verbs();
+std::span<const Verb> start_verbs();
 
 } // namespace qvtc::qvtcctl

@@ -1,87 +1,14 @@
 #include "qvtcctl/windows.hpp"
 
+#include "qvtcctl/screen_question.hpp"
 #include "qvtcctl/text.hpp"
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
-#include <chrono>
-#include <csignal>
-#include <cstring>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include <fcntl.h>
-#include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 namespace qvtc::qvtcctl {
-namespace {
-
-using Clock = std::chrono::steady_clock;
-
-constexpr std::chrono::seconds longest_look{3};
-
-std::vector<char*> environment_for_the_screen(std::string& display) {
-    std::vector<char*> result;
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-        if (std::strncmp(*entry, "DISPLAY=", std::strlen("DISPLAY=")) != 0)
-            result.push_back(*entry);
-    }
-    result.push_back(display.data());
-    result.push_back(nullptr);
-    return result;
-}
-
-std::optional<pid_t> start_window_tree(int output) {
-    std::string program = "xwininfo";
-    std::string root = "-root";
-    std::string tree = "-tree";
-    std::array<char*, 4> arguments{program.data(), root.data(), tree.data(), nullptr};
-    std::string display = "DISPLAY=:0.0";
-    std::vector<char*> environment = environment_for_the_screen(display);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    pid_t pid = 0;
-    const int failed = posix_spawnp(&pid, program.c_str(), &actions, nullptr, arguments.data(),
-                                    environment.data());
-    posix_spawn_file_actions_destroy(&actions);
-    return failed == 0 ? std::optional(pid) : std::nullopt;
-}
-
-/// Everything up to the end of the output, or nothing when that takes too long.
-std::optional<std::string> read_in_time(int from) {
-    std::string text;
-    const auto end = Clock::now() + longest_look;
-    std::array<char, 4096> buffer{};
-    while (true) {
-        const auto left =
-            std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
-        pollfd waiting{from, POLLIN, 0};
-        const int ready = left > 0 ? poll(&waiting, 1, static_cast<int>(left)) : 0;
-        if (ready < 0 && errno == EINTR) continue;
-        if (ready <= 0) return std::nullopt;
-        const ssize_t count = read(from, buffer.data(), buffer.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return text;
-        text.append(buffer.data(), static_cast<std::size_t>(count));
-    }
-}
-
-bool ended_well(pid_t pid) {
-    int status = 0;
-    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-    }
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
-} // namespace
 
 bool names_window(std::string_view tree, std::string_view pattern) {
     const std::vector<std::string_view> lines = split_lines(tree);
@@ -91,15 +18,8 @@ bool names_window(std::string_view tree, std::string_view pattern) {
 }
 
 Sight look_for_window(std::string_view pattern) {
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) return Sight::unknown;
-    const std::optional<pid_t> pid = start_window_tree(ends[1]);
-    close(ends[1]);
-    const std::optional<std::string> tree = pid ? read_in_time(ends[0]) : std::nullopt;
-    close(ends[0]);
-    if (!pid) return Sight::unknown;
-    if (!tree) kill(*pid, SIGKILL);
-    if (!ended_well(*pid) || !tree) return Sight::unknown;
+    const std::optional<std::string> tree = ask_the_screen({"xwininfo", "-root", "-tree"});
+    if (!tree) return Sight::unknown;
     return names_window(*tree, pattern) ? Sight::seen : Sight::absent;
 }
 

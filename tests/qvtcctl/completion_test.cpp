@@ -45,6 +45,11 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
           "demo-mode"}},
         {{"display", "s"}, {"show", "set", "screens"}},
         {{"power", ""}, {"idle"}},
+        {{"power", "idle", ""}, {"on", "off"}},
+        {{"power", "idle", "on", ""}, {}},
+        {{"display", "set", "128"}, {"1280x720", "1280x800", "1280x1024"}},
+        {{"display", "mode", ""}, {"clone", "extend", "vertical"}},
+        {{"display", "order", "r"}, {"reverse"}},
     };
     for (const Case& c : cases) EXPECT_EQ(offered(c.words), c.offered) << c.words.back();
 }

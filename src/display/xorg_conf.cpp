@@ -115,10 +115,11 @@ struct StaticMode {
 };
 // Deliberate: 9 is not among them, unlike where the display script is told.
 constexpr StaticMode static_modes[] = {
-    {1, "1024x768"},  {2, "1280x720"},  {3, "1440x900"}, {4, "1600x1200"},
-    {5, "1920x1080"}, {6, "1280x1024"}, {7, "1366x768"}, {8, "1600x900"},
+    {1, "1024x768_60.00"},  {2, "1280x720_60.00"},  {3, "1440x900_60.00"},
+    {4, "1600x1200_60.00"}, {5, "1920x1080_60.00"}, {6, "1280x1024_60.00"},
+    {7, "1366x768_60.00"},  {8, "1600x900_60.00"},
 };
-constexpr const char* fallback_mode = "800x600";
+constexpr const char* fallback_mode = "800x600_60.00";
 // clang-format on
 
 void append(Lines& lines, std::span<const char* const> more) {
@@ -155,7 +156,7 @@ void append_monitors(Lines& lines, bool dual) {
 void append_screen_and_layout(Lines& lines, const StaticFacts& facts) {
     append(lines, screen_begin);
     if (!facts.mode.empty())
-        lines.push_back(textf("\t\tModes           \"%s_60.00\"", facts.mode.c_str()));
+        lines.push_back(textf("\t\tModes           \"%s\"", facts.mode.c_str()));
     append(lines, screen_end);
     append(lines, layout_begin);
     if (facts.dual) append(lines, dual_layout_options);

@@ -32,13 +32,14 @@ Outputs outputs_of(std::string_view processor, const std::function<bool(OutputTe
 /// The graphics driver for the VGA lines that `lspci` prints.
 const char* driver_of(std::string_view graphics_cards);
 
-/// The mode that the complete file asks for, by the number of a resolution
-/// other than the automatic one. Not the name that the display script is told.
+/// The mode that the complete file asks for, one of its own modelines, by the
+/// number of a resolution other than the automatic one. Not the resolution that
+/// the display script is told.
 const char* static_mode_of(unsigned resolution_number);
 
 /// What the complete file is made of.
 struct StaticFacts {
-    std::string mode; ///< without its rate; empty for a file without a Modes line
+    std::string mode; ///< its name; empty for a file without a Modes line
     const char* driver;
     bool dual = false; ///< two screens side by side; otherwise cloned ones
     Outputs outputs;   ///< of two screens

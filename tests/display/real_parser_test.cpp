@@ -56,8 +56,8 @@ std::set<std::string> all_files() {
             files.insert(text_of(static_configuration({mode, "intel", dual, {"VGA1", "HDMI1"}})));
         }
         for (const char* const driver : {"Radeon", "vmware"}) {
-            files.insert(
-                text_of(static_configuration({"1920x1080", driver, dual, {"VGA1", "HDMI1"}})));
+            files.insert(text_of(
+                static_configuration({"1920x1080_60.00", driver, dual, {"VGA1", "HDMI1"}})));
         }
     }
     for (const OutputTest holding :
@@ -66,7 +66,8 @@ std::set<std::string> all_files() {
         for (const char* const processor : {"J3160", "J3355", "N3160", "N5095", ""}) {
             const Outputs outputs =
                 outputs_of(processor, [&](OutputTest test) { return test == holding; });
-            files.insert(text_of(static_configuration({"1920x1080", "intel", true, outputs})));
+            files.insert(
+                text_of(static_configuration({"1920x1080_60.00", "intel", true, outputs})));
         }
     }
     return files;

@@ -26,7 +26,7 @@ std::string expected_file(const StaticFacts& facts) {
     };
     put("\tDriver\t\"intel\"\n", textf("\tDriver\t\"%s\"\n", facts.driver));
     put("\t\tModes           \"1920x1080_60.00\"\n",
-        facts.mode.empty() ? "" : textf("\t\tModes           \"%s_60.00\"\n", facts.mode.c_str()));
+        facts.mode.empty() ? "" : textf("\t\tModes           \"%s\"\n", facts.mode.c_str()));
     if (facts.dual) {
         put("monitor-DP1", std::string("monitor-") + facts.outputs.first);
         put("\"monitor-HDMI1\"\t  \"Monitor-1\"",
@@ -55,9 +55,19 @@ constexpr Machine machines[] = {
     {"", OutputTest::none, {"VGA1", "HDMI1"}},
 };
 
-constexpr const char* modes[] = {"800x600",   "1024x768",  "1280x720",  "1440x900",
-                                 "1600x1200", "1920x1080", "1280x1024", "1366x768",
-                                 "1600x900",  "4096x2160", ""};
+constexpr const char* modes[] = {
+    "800x600_60.00",
+    "1024x768_60.00",
+    "1280x720_60.00",
+    "1440x900_60.00",
+    "1600x1200_60.00",
+    "1920x1080_60.00",
+    "1280x1024_60.00",
+    "1366x768_60.00",
+    "1600x900_60.00",
+    "4096x2160",
+    "",
+};
 
 } // namespace
 
@@ -71,9 +81,9 @@ TEST(XorgConf, TheFlagsAloneAreToTheByte) {
 }
 
 TEST(XorgConf, TheCompleteFileIsToTheByte) {
-    EXPECT_EQ(joined(static_configuration({"1920x1080", "intel", true, {"DP1", "HDMI1"}})),
+    EXPECT_EQ(joined(static_configuration({"1920x1080_60.00", "intel", true, {"DP1", "HDMI1"}})),
               test::golden_file("dual.conf"));
-    EXPECT_EQ(joined(static_configuration({"1920x1080", "intel", false, {}})),
+    EXPECT_EQ(joined(static_configuration({"1920x1080_60.00", "intel", false, {}})),
               test::golden_file("clone.conf"));
 }
 
@@ -138,13 +148,14 @@ TEST(XorgConf, TheDriverIsThatOfTheCard) {
 }
 
 TEST(XorgConf, TheModesAreNotTheNamesThatTheScriptIsTold) {
-    const char* const expected[] = {"800x600",   "1024x768",  "1280x720", "1440x900", "1600x1200",
-                                    "1920x1080", "1280x1024", "1366x768", "1600x900", "800x600"};
+    const char* const expected[] = {
+        "800x600_60.00",   "1024x768_60.00",  "1280x720_60.00", "1440x900_60.00", "1600x1200_60.00",
+        "1920x1080_60.00", "1280x1024_60.00", "1366x768_60.00", "1600x900_60.00", "800x600_60.00"};
     for (unsigned number = 0; number < std::size(expected); ++number) {
         EXPECT_STREQ(static_mode_of(number), expected[number]) << number;
     }
     for (const unsigned number : {11U, 12U, 13U, 4294967295U}) {
-        EXPECT_STREQ(static_mode_of(number), "800x600") << number;
+        EXPECT_STREQ(static_mode_of(number), "800x600_60.00") << number;
     }
 }
 

@@ -11,13 +11,14 @@
 // Exported too, for the start sequence and for older front-ends.
 extern "C" int display_init();
 extern "C" int getcurrentdisp(char* out);
+extern "C" int savedispconf_bak(const char* index);
 
 namespace qvtc::test {
 namespace {
 
 class Displays : public Journey {
   protected:
-    Displays() : Journey("--vga-hdmi") {
+    explicit Displays(const std::string& options = "") : Journey("--vga-hdmi" + options) {
         setenv("QVTC_VGA_HDMI", QVTC_VGA_HDMI, 1); // NOLINT(concurrency-mt-unsafe)
         for (const char* const end : {".clone", ".extend"}) {
             write_file(std::string("/etc/xdg/openbox/rc.xml") + end, end);
@@ -26,6 +27,15 @@ class Displays : public Journey {
 
     const StandIn dmidecode{"dmidecode"}; // or the machine under the tests might be a virtual one
     const StandIn systemctl{"systemctl"};
+};
+
+/// On which the X server starts with the complete configuration that the library has written.
+class DisplaysOfACompleteConfiguration : public Displays {
+  protected:
+    DisplaysOfACompleteConfiguration() : Displays(" --config /etc/X11/xorg.conf") {
+        const StandIn lspci("lspci");
+        savedispconf_bak("2");
+    }
 };
 
 std::string text_of(json_object* object) {
@@ -154,6 +164,13 @@ TEST_F(Displays, AResolutionIsChangedKeptAndReverted) {
 
     EXPECT_EQ(qvsetdispconf("auto"), 0);
     EXPECT_EQ(places(), (Places{"1280x1024+0+0", "1280x1024+1280+0"}));
+}
+
+TEST_F(DisplaysOfACompleteConfiguration, ShowItsModeOnBothAndNeverSwitchOff) {
+    EXPECT_EQ(places(), (Places{"1280x720+1280+0", "1280x720+0+0"}));
+    EXPECT_NE(output_of("xrandr").text.find("1280x720_60.00  59.86*"), std::string::npos);
+    EXPECT_TRUE(server_says("Standby: 0    Suspend: 0    Off: 0\n"));
+    EXPECT_TRUE(server_says("timeout:  0 "));
 }
 
 // --- Modes and order -------------------------------------------------------------------------

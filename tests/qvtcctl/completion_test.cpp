@@ -18,9 +18,11 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
     struct Case {
         Words words, offered;
     };
-    const Words top_words = {"connection",       "launch", "status", "cancel",        "delay",
-                             "network",          "volume", "sound",  "power",         "host-name",
-                             "manager-password", "time",   "info",   "factory-reset", "update"};
+    const Words top_words = {"connection", "launch",           "status",  "cancel", "delay",
+                             "display",    "network",          "volume",  "sound",  "power",
+                             "host-name",  "manager-password", "time",    "info",   "factory-reset",
+                             "init",       "language",         "battery", "oem",    "log",
+                             "portal",     "demo-mode",        "update"};
     const Case cases[] = {
         {{""}, top_words},
         {{"c"}, {"connection", "cancel"}},
@@ -46,6 +48,13 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
         {{"sound", ""}, {"show", "configure"}},
         {{"volume", "--c"}, {"--capture"}},
         {{"nosuch", ""}, top_words},
+        {{"display", "s"}, {"show", "set", "screens"}},
+        {{"power", ""}, {"idle", "reboot", "shutdown", "network-repair"}},
+        {{"power", "idle", ""}, {"on", "off"}},
+        {{"power", "idle", "on", ""}, {}},
+        {{"display", "set", "128"}, {"1280x720", "1280x800", "1280x1024"}},
+        {{"display", "mode", ""}, {"clone", "extend", "vertical"}},
+        {{"display", "order", "r"}, {"reverse"}},
     };
     for (const Case& c : cases) EXPECT_EQ(offered(c.words), c.offered) << c.words.back();
 }

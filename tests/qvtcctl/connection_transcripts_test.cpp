@@ -1,4 +1,5 @@
 // qvtcctl as its user sees it, against the real library: the stored connections.
+#include "qvtcctl/verb.hpp"
 #include "support/support.hpp"
 #include "transcript.hpp"
 
@@ -14,12 +15,14 @@ constexpr const char* settings = "/home/root/vpclientData.xml";
 
 TEST(QvtcctlTranscript, HelpOfEveryCommand) {
     Transcript transcript;
-    for (const char* command :
-         {"", "connection", "connection list", "connection show", "connection add",
-          "connection set", "connection remove", "connection import", "connection export",
-          "connection fields", "connection types", "launch", "status", "cancel", "delay"}) {
-        transcript.run(std::string("qvtcctl ") + command + (*command == '\0' ? "" : " ") +
-                       "--help");
+    transcript.run("qvtcctl --help");
+    for (const Group& group : groups()) {
+        const std::string first = "qvtcctl " + std::string(group.name);
+        if (!group.name.empty()) transcript.run(first + " --help");
+        for (const Verb& verb : group.verbs) {
+            transcript.run(first + (group.name.empty() ? "" : " ") + std::string(verb.name) +
+                           " --help");
+        }
     }
     transcript.run("qvtcctl --version");
     transcript.expect("help");

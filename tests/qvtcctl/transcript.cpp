@@ -63,6 +63,14 @@ class TerminalSession {
         }
     }
 
+    /// Types a line once the program has asked for consent.
+    void answer(const std::string& line) {
+        while (output_.find("[y/N] ") == std::string::npos) {
+            if (!read_more()) return;
+        }
+        send(line + "\n");
+    }
+
     /// Its exit status, once everything it printed has been read.
     int finish() {
         while (read_more()) {
@@ -143,6 +151,16 @@ Transcript& Transcript::run_on_terminal(const std::string& command, const std::s
     const int status = session.finish();
     add("$ ", command + "\n");
     add("< ", typed);
+    add("| ", painted_lines(session.output()));
+    add("= ", std::to_string(status) + "\n");
+    return *this;
+}
+
+Transcript& Transcript::run_with_answer(const std::string& command, const std::string& typed) {
+    TerminalSession session(command);
+    session.answer(typed);
+    const int status = session.finish();
+    add("$ ", command + "\n");
     add("| ", painted_lines(session.output()));
     add("= ", std::to_string(status) + "\n");
     return *this;

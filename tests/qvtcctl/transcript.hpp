@@ -23,6 +23,9 @@ class Transcript {
     /// it with the echo off. Lines that the program overwrites are shown as well.
     Transcript& run_on_terminal(const std::string& command, const std::string& typed = "");
 
+    /// As run(), on a terminal of its own on which "typed" answers the question for consent.
+    Transcript& run_with_answer(const std::string& command, const std::string& typed);
+
     const std::string& text() const { return text_; }
 
     /// Holds the text against tests/golden/qvtcctl/NAME.txt.

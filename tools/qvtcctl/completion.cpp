@@ -17,6 +17,30 @@ std::vector<const CLI::Option*> arguments_of(const CLI::App& app) {
     return arguments;
 }
 
+/// The words of "a|b|c", each behind the same start.
+std::vector<std::string> split_choices(std::string_view choices, const std::string& start = "") {
+    std::vector<std::string> words;
+    while (!choices.empty()) {
+        const std::size_t end = std::min(choices.find('|'), choices.size());
+        words.push_back(start + std::string(choices.substr(0, end)));
+        choices.remove_prefix(std::min(end + 1, choices.size()));
+    }
+    return words;
+}
+
+/// Arguments that are one of a few words.
+struct Choices {
+    std::string_view argument;
+    std::string_view words;
+};
+constexpr Choices choices_of_arguments[] = {
+    {"STATE", "on|off"},
+    {"MODE", "clone|extend|vertical"},
+    {"ORDER", "usual|reverse"},
+    {"RESOLUTION", "auto|800x600|1024x768|1280x720|1280x800|1280x1024|1366x768|1440x900|1600x900|"
+                   "1600x1200|1920x1080"},
+};
+
 std::vector<std::string> values_after(const std::string& assignment) {
     const std::size_t equals = assignment.find('=');
     const std::optional<std::size_t> index = find_field(assignment.substr(0, equals));
@@ -24,14 +48,7 @@ std::vector<std::string> values_after(const std::string& assignment) {
     const Field& field = fields[*index];
     const std::string start = assignment.substr(0, equals + 1);
     if (field.kind == Kind::on_off) return {start + "on", start + "off"};
-    std::vector<std::string> words;
-    std::string_view choices = field.choices;
-    while (!choices.empty()) {
-        const std::size_t end = std::min(choices.find('|'), choices.size());
-        words.push_back(start + std::string(choices.substr(0, end)));
-        choices.remove_prefix(std::min(end + 1, choices.size()));
-    }
-    return words;
+    return split_choices(field.choices, start);
 }
 
 std::vector<std::string> assignments(const std::string& word) {
@@ -51,7 +68,11 @@ std::vector<std::string> argument_words(const CLI::App& app, std::size_t given,
     const std::string name = arguments[std::min(given, arguments.size() - 1)]->get_name(true);
     if (name == "FIELD") return assignments(word);
     std::vector<std::string> words;
-    if (name != "TYPE" || given >= arguments.size()) return words;
+    if (given >= arguments.size()) return words;
+    for (const Choices& each : choices_of_arguments) {
+        if (name == each.argument) return split_choices(each.words);
+    }
+    if (name != "TYPE") return words;
     for (const ConnectionType& type : connection_types) words.emplace_back(type.name);
     return words;
 }

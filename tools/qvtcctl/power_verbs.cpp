@@ -1,3 +1,4 @@
+#include "qvtcctl/power_verbs.hpp"
 #include "qvtcctl/terminal_verbs.hpp"
 
 #include <array>
@@ -7,7 +8,14 @@ namespace qvtc::qvtcctl {
 namespace {
 
 // clang-format off
-constexpr std::array<Verb, 3> table{{
+constexpr auto table = std::to_array<Verb>({
+    {"idle", "Show or set when idle screens are switched off",
+     "Shows after how many minutes without input the screens are switched off, or sets it. Without "
+     "--minutes the time that is stored stays.",
+     "qvtcctl power idle\n"
+     "qvtcctl power idle on --minutes 10\n"
+     "qvtcctl power idle off",
+     define_power_idle},
     {"reboot", "Restart the terminal",
      "Restarts the terminal, after asking you.",
      "qvtcctl power reboot\n"

@@ -1,0 +1,36 @@
+#include "qvtcctl/resolutions.hpp"
+
+#include "refusals.hpp"
+#include "support/support.hpp"
+
+#include <gtest/gtest.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+TEST(QvtcctlResolutions, HaveAnIndexEach) {
+    for (const Resolution& each : resolutions) {
+        EXPECT_EQ(require_resolution(each.name).index, each.index);
+        EXPECT_EQ(resolution_name(each.index), each.name);
+    }
+}
+
+TEST(QvtcctlResolutions, WhatIsNoneIsRefused) {
+    const std::string choices = ": give one of auto, 800x600, 1024x768, 1280x720, 1440x900, "
+                                "1600x1200, 1920x1080, 1280x1024, 1366x768, 1600x900, 1280x800.";
+    EXPECT_EQ(test::refusal_of([] { require_resolution("1024x786"); }),
+              "\"1024x786\" is no resolution that the terminal knows (did you mean "
+              "\"1024x768\"?)" +
+                  choices);
+    EXPECT_EQ(test::refusal_of([] { require_resolution("\n"); }),
+              "\"\\x0a\" is no resolution that the terminal knows" + choices);
+}
+
+TEST(QvtcctlResolutions, AnIndexOfNoneIsShown) {
+    EXPECT_EQ(resolution_name("12"), "auto (the stored index \"12\" stands for no resolution)");
+    EXPECT_EQ(resolution_name("\x1b"),
+              "auto (the stored index \"\\x1b\" stands for no resolution)");
+}
+
+} // namespace
+} // namespace qvtc::qvtcctl

@@ -1,0 +1,119 @@
+#include "qvtcctl/display_verbs.hpp"
+#include "qvtcctl/outputs.hpp"
+#include "qvtcctl/resolutions.hpp"
+#include "qvtcctl/screens.hpp"
+#include "qvtcctl/table.hpp"
+#include "qvtcctl/types.hpp"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+std::string shown_place(const Output& output) {
+    return output.place.empty() ? "switched off" : output.place;
+}
+
+std::string outputs_text(const std::optional<std::vector<Output>>& outputs) {
+    if (!outputs) return "the screen :0.0 could not be asked";
+    std::string text;
+    for (const Output& output : *outputs) {
+        text += fmt::format("{}{} {}", text.empty() ? "" : ", ", output.name, shown_place(output));
+    }
+    return text.empty() ? "none is connected" : text;
+}
+
+/// A list, or JSON's null when nothing is known.
+Json outputs_json(const std::optional<std::vector<Output>>& outputs) {
+    if (!outputs) return nullptr;
+    Json list = json_list();
+    for (const Output& output : *outputs) {
+        Json map = json_map();
+        add(map, "name", output.name);
+        add(map, "shows", output.place.empty() ? Json() : json_text(output.place));
+        append(list, std::move(map));
+    }
+    return list;
+}
+
+void add_brightness(const Json& map, const std::string& brightness) {
+    const std::optional<unsigned> percent = parse_number(brightness);
+    if (percent) {
+        add_number(map, "brightness", *percent);
+    } else {
+        add(map, "brightness", Json());
+    }
+}
+
+} // namespace
+
+Run define_display_show(CLI::App&) {
+    return [](const Context& context) {
+        const Screens screens(context.chatter());
+        const std::string index = screens.requested_index();
+        const bool waits = screens.change_waits();
+        const ScreenMode& mode = screens.mode();
+        const std::string order = screens.reversed() ? "reverse" : "usual";
+        const std::string brightness = screens.brightness();
+        const auto outputs = connected_outputs();
+        Answer answer;
+        answer.text = layout({
+            {"Resolution:", resolution_name(index)},
+            {"Change:", waits ? "waits for \"qvtcctl display keep\" or \"qvtcctl display revert\""
+                              : "none waits"},
+            {"Mode:", fmt::format("{} ({})", mode.name, mode.meaning)},
+            {"Order:", order},
+            {"Brightness:", brightness.empty() ? "not known" : brightness + " %"},
+            {"Screens:", outputs_text(outputs)},
+        });
+        answer.json = json_map();
+        add(answer.json, "resolution", resolution_name(index));
+        add(answer.json, "index", index);
+        add_flag(answer.json, "changeWaits", waits);
+        add(answer.json, "mode", mode.name);
+        add(answer.json, "order", order);
+        add_brightness(answer.json, brightness);
+        add(answer.json, "screens", outputs_json(outputs));
+        return answer;
+    };
+}
+
+Run define_display_list(CLI::App&) {
+    return [](const Context& context) {
+        const Screens screens(context.chatter());
+        const std::string set = resolution_name(screens.requested_index());
+        Answer answer;
+        Json list = json_list();
+        for (const std::string& name : screens.offered_resolutions()) {
+            answer.text += fmt::format("{} {}\n", name == set ? "*" : " ", name);
+            append(list, json_text(name));
+        }
+        answer.json = json_map();
+        add(answer.json, "resolutions", std::move(list));
+        add(answer.json, "set", set);
+        return answer;
+    };
+}
+
+Run define_display_screens(CLI::App&) {
+    return [](const Context& context) {
+        const Screens screens(context.chatter());
+        const int count = screens.count();
+        const bool extendable = screens.can_be_extended();
+        const auto outputs = connected_outputs();
+        Answer answer;
+        answer.text = layout({
+            {"Connected:", std::to_string(count)},
+            {"Screens:", outputs_text(outputs)},
+            {"Has VGA and HDMI:", extendable ? "yes" : "no"},
+        });
+        answer.json = json_map();
+        add_number(answer.json, "connected", count);
+        add(answer.json, "screens", outputs_json(outputs));
+        add_flag(answer.json, "hasVgaAndHdmi", extendable);
+        return answer;
+    };
+}
+
+} // namespace qvtc::qvtcctl

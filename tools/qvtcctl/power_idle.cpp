@@ -1,0 +1,113 @@
+#include "qvtcctl/power_verbs.hpp"
+#include "qvtcctl/refusal.hpp"
+#include "qvtcctl/terminal.hpp"
+#include "qvtcctl/text.hpp"
+#include "qvtcctl/types.hpp"
+
+#include <memory>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <qvtcapi/qvtcapi.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+// The X server keeps the time in seconds, in 16 bits.
+constexpr unsigned most_minutes = 65535 / 60;
+
+struct Idle {
+    bool on = false;
+    std::string minutes = "5";
+
+    bool operator==(const Idle&) const = default;
+};
+
+Idle stored_idle(Chatter chatter) {
+    const Quiet quiet(chatter);
+    const Json answer(qvgetidle());
+    if (!answer) return {};
+    return {text_member(answer.get(), "monitorPowerSave") == "on",
+            text_member(answer.get(), "monitorPowerSaveMins")};
+}
+
+void store_idle(const Idle& idle, Chatter chatter) {
+    const LogMark log{std::string(system_log)};
+    {
+        const Quiet quiet(chatter);
+        qvsetidle(fmt::format("monitorPowerSave={}&monitorPowerSaveMins={}", idle.on ? "on" : "off",
+                              idle.minutes)
+                      .c_str());
+    }
+    if (stored_idle(chatter) != idle) throw not_taken("power saving was not stored", log);
+}
+
+bool require_state(const std::string& text) {
+    if (text == "on" || text == "off") return text == "on";
+    throw Refusal(
+        ExitCode::bad_usage,
+        fmt::format("\"{}\" is no state of power saving: give on or off.", printable(text)));
+}
+
+std::string require_minutes(const std::string& text) {
+    const std::optional<unsigned> minutes = parse_number(text);
+    if (minutes && *minutes >= 1 && *minutes <= most_minutes) return std::to_string(*minutes);
+    throw Refusal(ExitCode::bad_usage,
+                  fmt::format("--minutes \"{}\" is no whole number from 1 to {}.", printable(text),
+                              most_minutes));
+}
+
+std::string words_of(const Idle& idle) {
+    if (!idle.on) return "never switched off";
+    return fmt::format("switched off after {} min without input", printable(idle.minutes));
+}
+
+Answer idle_answer(const Idle& idle, bool changed) {
+    Answer answer;
+    answer.text = fmt::format("The screens are {}{}.\n", changed ? "now " : "", words_of(idle));
+    answer.json = json_map();
+    add_flag(answer.json, "on", idle.on);
+    const std::optional<unsigned> minutes = parse_number(idle.minutes);
+    if (minutes) {
+        add_number(answer.json, "minutes", *minutes);
+    } else {
+        add(answer.json, "minutes", idle.minutes);
+    }
+    return answer;
+}
+
+/// The stored time, or the usual one where it could not be set again.
+std::string usable_minutes(const Idle& stored) {
+    const std::optional<unsigned> minutes = parse_number(stored.minutes);
+    return minutes && *minutes >= 1 && *minutes <= most_minutes ? stored.minutes : Idle().minutes;
+}
+
+} // namespace
+
+Run define_power_idle(CLI::App& app) {
+    struct Options {
+        std::string state;
+        std::string minutes;
+    };
+    auto options = std::make_shared<Options>();
+    app.add_option("STATE", options->state, "on or off");
+    app.add_option("--minutes", options->minutes,
+                   fmt::format("time without input, 1 to {}", most_minutes))
+        ->option_text("N");
+    return [options](const Context& context) {
+        if (options->state.empty() && !options->minutes.empty()) {
+            throw UsageError("--minutes goes with on: \"qvtcctl power idle on --minutes N\".");
+        }
+        Idle wanted;
+        if (!options->state.empty()) wanted.on = require_state(options->state);
+        if (!options->minutes.empty()) wanted.minutes = require_minutes(options->minutes);
+        require_terminal();
+        const Idle stored = stored_idle(context.chatter());
+        if (options->state.empty()) return idle_answer(stored, false);
+        if (options->minutes.empty()) wanted.minutes = usable_minutes(stored);
+        store_idle(wanted, context.chatter());
+        return idle_answer(wanted, true);
+    };
+}
+
+} // namespace qvtc::qvtcctl

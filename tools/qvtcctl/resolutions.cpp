@@ -1,0 +1,41 @@
+#include "qvtcctl/resolutions.hpp"
+
+#include "qvtcctl/refusal.hpp"
+#include "qvtcctl/suggest.hpp"
+#include "qvtcctl/text.hpp"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+std::vector<std::string_view> names() {
+    std::vector<std::string_view> all;
+    for (const Resolution& each : resolutions) all.push_back(each.name);
+    return all;
+}
+
+} // namespace
+
+const Resolution& require_resolution(std::string_view name) {
+    const auto* const found =
+        std::find_if(resolutions.begin(), resolutions.end(),
+                     [name](const Resolution& each) { return each.name == name; });
+    if (found != resolutions.end()) return *found;
+    throw Refusal(ExitCode::bad_usage,
+                  fmt::format("\"{}\" is no resolution that the terminal knows{}: give one of {}.",
+                              printable(name), did_you_mean(name, names()),
+                              fmt::join(names(), ", ")));
+}
+
+std::string resolution_name(std::string_view index) {
+    for (const Resolution& each : resolutions) {
+        if (each.index == index) return std::string(each.name);
+    }
+    return fmt::format("auto (the stored index \"{}\" stands for no resolution)", printable(index));
+}
+
+} // namespace qvtc::qvtcctl

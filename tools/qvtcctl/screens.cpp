@@ -1,0 +1,186 @@
+#include "qvtcctl/screens.hpp"
+
+#include "qvtcctl/refusal.hpp"
+#include "qvtcctl/suggest.hpp"
+#include "qvtcctl/terminal.hpp"
+#include "qvtcctl/text.hpp"
+#include "qvtcctl/types.hpp"
+
+#include <algorithm>
+#include <array>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <qvtcapi/qvtcapi.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+// clang-format off
+constexpr std::array<ScreenMode, 3> modes{{
+    {"clone",    "clone",                "all screens show the same"},
+    {"extend",   "extend",               "one desktop over all screens, side by side"},
+    {"vertical", "extendverticalscreen", "one desktop over all screens, one above the other"},
+}};
+// clang-format on
+
+constexpr unsigned brightness_tolerance = 1; // the library's number is cut, not rounded
+
+/// A marker file that could not be made or removed, most likely.
+Refusal unchanged(std::string_view what, std::string_view advice) {
+    return Refusal(ExitCode::not_done, fmt::format("the {} was not changed: {}", what, advice));
+}
+
+} // namespace
+
+Screens::Screens(Chatter chatter) : chatter_(chatter) { require_terminal(); }
+
+std::string Screens::member(json_object* (*getter)(), const char* name) const {
+    const Quiet quiet(chatter_);
+    const Json answer(getter());
+    return answer ? text_member(answer.get(), name) : "";
+}
+
+std::vector<std::string> Screens::offered_resolutions() const {
+    const Quiet quiet(chatter_);
+    const Json answer(qvgetdisplist());
+    std::vector<std::string> names;
+    json_object* list = nullptr;
+    if (!answer || json_object_object_get_ex(answer.get(), "list", &list) == 0) return names;
+    for (std::size_t i = 0; i < json_object_array_length(list); ++i) {
+        names.push_back(text_member(json_object_array_get_idx(list, i), "value"));
+    }
+    return names;
+}
+
+std::string Screens::requested_index() const { return member(qvgetdispconf, "res"); }
+
+bool Screens::change_waits() const {
+    const Quiet quiet(chatter_);
+    return qvisdispchanged() == 1;
+}
+
+void Screens::request(std::string_view index, bool keep) const {
+    const LogMark log{std::string(system_log)};
+    const std::string params = fmt::format("res={}{}", index, keep ? "&force=1" : "");
+    int status = 0;
+    {
+        const Quiet quiet(chatter_);
+        status = qvsetdispconf(params.c_str());
+    }
+    if (status != 0) {
+        throw Refusal(ExitCode::not_possible,
+                      "this is a virtual machine: its resolution is set from outside. Nothing was "
+                      "changed.");
+    }
+    if (requested_index() != index || (keep && change_waits())) {
+        throw not_taken("the terminal restarts, but the resolution was not stored", log);
+    }
+}
+
+void Screens::keep() const {
+    const LogMark log{std::string(system_log)};
+    {
+        const Quiet quiet(chatter_);
+        qvapplydispconf();
+    }
+    if (change_waits()) throw not_taken("the resolution was not kept", log);
+}
+
+void Screens::revert() const {
+    const LogMark log{std::string(system_log)};
+    {
+        const Quiet quiet(chatter_);
+        qvrestoredispconf();
+    }
+    if (change_waits()) throw not_taken("going back to the former resolution was not stored", log);
+}
+
+const ScreenMode& Screens::mode() const {
+    const std::string name = member(qvdisplaymode, "displayMode");
+    const auto* const found = std::find_if(modes.begin(), modes.end(), [&](const ScreenMode& each) {
+        return each.library_name == name;
+    });
+    return found == modes.end() ? modes[1] : *found;
+}
+
+void Screens::set_mode(const ScreenMode& mode) const {
+    {
+        const Quiet quiet(chatter_);
+        qvsetdisplaymode(fmt::format("displayMode={}", mode.library_name).c_str());
+    }
+    if (this->mode().name == mode.name) return;
+    throw unchanged("mode", "a virtual machine keeps its own. Elsewhere check that files can be "
+                            "made in /etc/X11 and /home/root.");
+}
+
+bool Screens::reversed() const { return member(qvgetdisplayorder, "displayOrder") == "Reverse"; }
+
+void Screens::set_reversed(bool reversed) const {
+    {
+        const Quiet quiet(chatter_);
+        qvsetdisplayorder(reversed ? "displayOrder=Reverse" : "displayOrder=Positive");
+    }
+    if (this->reversed() == reversed) return;
+    throw unchanged("order", "check that files can be made in /etc/X11.");
+}
+
+std::string Screens::brightness() const { return member(qvgetmonitor, "brightness"); }
+
+void Screens::set_brightness(unsigned percent) const {
+    {
+        const Quiet quiet(chatter_);
+        qvsetmonitor(fmt::format("brightness={}", percent).c_str());
+    }
+    const std::string text = brightness();
+    const std::optional<unsigned> shown = parse_number(text);
+    if (shown && *shown + brightness_tolerance >= percent &&
+        *shown <= percent + brightness_tolerance)
+        return;
+    if (text.empty()) {
+        throw unchanged("brightness",
+                        "the screen :0.0 could not be asked. It is stored, and comes into force "
+                        "at the next start. Check that the X server runs.");
+    }
+    throw unchanged("brightness", fmt::format("the first screen shows {} %.", printable(text)));
+}
+
+int Screens::count() const {
+    const Quiet quiet(chatter_);
+    return qvgetmonitornum();
+}
+
+bool Screens::can_be_extended() const {
+    const Quiet quiet(chatter_);
+    return qvissupportextendscreen() == 1;
+}
+
+Json Screens::refresh() const {
+    const Quiet quiet(chatter_);
+    return Json(qvdisplayrefresh());
+}
+
+void Screens::set_refresh(const std::string& text) const {
+    {
+        const Quiet quiet(chatter_);
+        qvsetdisplayrefresh(text.c_str());
+    }
+    const Json wanted(json_tokener_parse(text.c_str()));
+    const Json stored = refresh();
+    if (stored && to_line(stored) == to_line(wanted)) return;
+    throw unchanged("refresh setting", "the terminal's numbered store did not take it. Check that "
+                                       "the program qvplugin is installed and works.");
+}
+
+const ScreenMode& require_mode(std::string_view name) {
+    std::vector<std::string_view> names;
+    for (const ScreenMode& each : modes) {
+        if (each.name == name) return each;
+        names.push_back(each.name);
+    }
+    throw Refusal(ExitCode::bad_usage,
+                  fmt::format("\"{}\" is no mode{}: give one of {}.", printable(name),
+                              did_you_mean(name, names), fmt::join(names, ", ")));
+}
+
+} // namespace qvtc::qvtcctl

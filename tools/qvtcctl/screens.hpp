@@ -1,0 +1,66 @@
+#pragma once
+
+#include "qvtcctl/json.hpp"
+#include "qvtcctl/quiet.hpp"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qvtc::qvtcctl {
+
+/// What several screens can show, and the library's word for it.
+struct ScreenMode {
+    std::string_view name;
+    std::string_view library_name;
+    std::string_view meaning;
+};
+
+/// This terminal's screens, through the library. Its setters tell next to nothing of their
+/// success, so every change is read back here, and one that did not take is refused with
+/// ExitCode::not_done.
+class Screens {
+  public:
+    /// Refuses (ExitCode::not_possible) to work without root's rights or without /home/root.
+    explicit Screens(Chatter chatter);
+
+    /// The names of the resolutions that users are offered.
+    std::vector<std::string> offered_resolutions() const;
+
+    std::string requested_index() const;
+    bool change_waits() const;
+
+    /// Requests a resolution and restarts the terminal. Refuses (ExitCode::not_possible) on a
+    /// virtual machine.
+    void request(std::string_view index, bool keep) const;
+    void keep() const;
+    void revert() const;
+
+    const ScreenMode& mode() const;
+    void set_mode(const ScreenMode& mode) const;
+
+    bool reversed() const;
+    void set_reversed(bool reversed) const;
+
+    /// Of the first screen, in percent; empty when the X server does not tell it.
+    std::string brightness() const;
+    void set_brightness(unsigned percent) const;
+
+    /// How many are connected; the library counts up to two.
+    int count() const;
+    bool can_be_extended() const;
+
+    /// Null when none is stored.
+    Json refresh() const;
+    void set_refresh(const std::string& text) const;
+
+  private:
+    std::string member(json_object* (*getter)(), const char* name) const;
+
+    Chatter chatter_;
+};
+
+/// Refuses what is no mode.
+const ScreenMode& require_mode(std::string_view name);
+
+} // namespace qvtc::qvtcctl

@@ -437,7 +437,7 @@ struct json_object *qvgetwiredconf(void);
  * Returns the status of ifup, as system() gives it; -1, with nothing changed,
  * for a text of fewer than four characters or without "conf".
  */
-int qvsetwiredconf(char *params);
+int qvsetwiredconf(const char *params);
 
 /*
  * 1 when any of eth0, eth1 and, with Wi-Fi switched on, wlan0 is up and
@@ -452,7 +452,7 @@ int qvgetwiredstatus(void);
 struct json_object *qvgetexwiredconf(void);
 
 /* As qvsetwiredconf(), for eth1, but always 0. */
-int qvsetexwiredconf(char *params);
+int qvsetexwiredconf(const char *params);
 
 /*
  * Whether there is Wi-Fi hardware that is not disabled on this terminal:
@@ -470,7 +470,7 @@ struct json_object *qvgetwifionoff(void);
  *
  * Always 0.
  */
-int qvsetwifionoff(char *params);
+int qvsetwifionoff(const char *params);
 
 /*
  * The networks in range: {"list": [network, ...]}, where each network has
@@ -496,7 +496,7 @@ struct json_object *qvgetwifilist(void);
  *
  * Always 0.  Without an "ssid" nothing is changed, and the log says so.
  */
-int qvsetwifiauth(char *params);
+int qvsetwifiauth(const char *params);
 
 /*
  * The configuration of wlan0: the mode as it was stored, the rest as it is in
@@ -513,7 +513,7 @@ struct json_object *qvgetwirelessconf(void);
  * Always 0.  For a text of fewer than four characters or without "conf"
  * nothing is changed, and the log says so.
  */
-int qvsetwirelessconf(char *params);
+int qvsetwirelessconf(const char *params);
 
 /*
  * What json-c makes of what qvsetdefaultroute() has stored: null for its own
@@ -531,7 +531,7 @@ struct json_object *qvgetdefaultroute(void);
  *
  * Always 0, also when no route could be added.
  */
-int qvsetdefaultroute(char *params);
+int qvsetdefaultroute(const char *params);
 
 /* ------------------------------------------------------- time and device -- */
 

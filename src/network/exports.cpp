@@ -61,13 +61,13 @@ extern "C" {
 
 json_object* qvgetwiredconf() { return handed_over(network::main_port_conf); }
 
-int qvsetwiredconf(char* params) { return set_conf(network::main_port, params); }
+int qvsetwiredconf(const char* params) { return set_conf(network::main_port, params); }
 
 int qvgetwiredstatus() { return network_status(); }
 
 json_object* qvgetexwiredconf() { return handed_over(network::extra_port_conf); }
 
-int qvsetexwiredconf(char* params) {
+int qvsetexwiredconf(const char* params) {
     set_conf(network::extra_port, params);
     return 0;
 }
@@ -87,11 +87,11 @@ json_object* qvgetwifionoff() {
     });
 }
 
-int qvsetwifionoff(char* params) { return always_zero(params, network::switch_wifi); }
+int qvsetwifionoff(const char* params) { return always_zero(params, network::switch_wifi); }
 
 json_object* qvgetwifilist() { return handed_over(network::wifi_list); }
 
-int qvsetwifiauth(char* params) { return always_zero(params, network::join_network); }
+int qvsetwifiauth(const char* params) { return always_zero(params, network::join_network); }
 
 json_object* qvgetwirelessconf() {
     return handed_over([] {
@@ -100,11 +100,11 @@ json_object* qvgetwirelessconf() {
     });
 }
 
-int qvsetwirelessconf(char* params) { return always_zero(params, network::set_wireless_conf); }
+int qvsetwirelessconf(const char* params) { return always_zero(params, network::set_wireless_conf); }
 
 json_object* qvgetdefaultroute() { return handed_over(network::default_route); }
 
-int qvsetdefaultroute(char* params) {
+int qvsetdefaultroute(const char* params) {
     return always_zero(params, [](const char* text) {
         log(Level::debug, "qvsetdefaultroute=%s", text);
         network::set_default_route(text);
@@ -116,9 +116,9 @@ json_object* getwiredconf(const char* device) {
     return handed_over([&] { return network::wired_conf(device); });
 }
 
-int setwiredconf(char* params) { return set_conf(network::main_port, params); }
+int setwiredconf(const char* params) { return set_conf(network::main_port, params); }
 
-int setexwiredconf(char* params) {
+int setexwiredconf(const char* params) {
     set_conf(network::extra_port, params);
     return 0;
 }
@@ -198,7 +198,7 @@ int getdns(char* first, char* second) {
     });
 }
 
-int setnetworkconf(const char* device, char* params) { return set_conf(device, params); }
+int setnetworkconf(const char* device, const char* params) { return set_conf(device, params); }
 
 int savenetconf(const char* device, const char* list, int keepfile) {
     if (device == nullptr) return -1;
@@ -230,7 +230,7 @@ int getwifi() {
     return guard(0, [] { return network::wireless_present() ? 1 : 0; });
 }
 
-int setwifionoff(char* params) { return always_zero(params, network::switch_wifi); }
+int setwifionoff(const char* params) { return always_zero(params, network::switch_wifi); }
 
 int getwifionoff(char* params) {
     if (params == nullptr) return -1;
@@ -264,7 +264,7 @@ int resetWifi() {
     return guard(-1, [] { return network::restart_supplicant(); });
 }
 
-int setwifiauth(char* params) { return always_zero(params, network::join_network); }
+int setwifiauth(const char* params) { return always_zero(params, network::join_network); }
 
 int getwirelessconf(char* object) {
     if (object == nullptr) return 0;
@@ -273,7 +273,7 @@ int getwirelessconf(char* object) {
     return 0;
 }
 
-int setwirelessconf(char* params) {
+int setwirelessconf(const char* params) {
     if (params == nullptr) return -1;
     return guard(-1, [&] { return network::set_wireless_conf(params) ? 0 : -1; });
 }
@@ -282,7 +282,7 @@ int savewirelessconf(const char* list) {
     return guard(-1, [&] { return network::apply_wireless_conf(list); });
 }
 
-int setdefaultroute(char* params) { return always_zero(params, network::set_default_route); }
+int setdefaultroute(const char* params) { return always_zero(params, network::set_default_route); }
 
 int getdefaultroute(char* route) {
     if (route == nullptr) return 0;

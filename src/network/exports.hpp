@@ -22,27 +22,27 @@ struct netconf {
 // --- What the front-end calls; the public header says what each does --------------------------
 
 QVTC_EXPORT json_object* qvgetwiredconf();
-QVTC_EXPORT int qvsetwiredconf(char* params);
+QVTC_EXPORT int qvsetwiredconf(const char* params);
 QVTC_EXPORT int qvgetwiredstatus();
 QVTC_EXPORT json_object* qvgetexwiredconf();
-QVTC_EXPORT int qvsetexwiredconf(char* params);
+QVTC_EXPORT int qvsetexwiredconf(const char* params);
 QVTC_EXPORT json_object* qvgetwifi();
 QVTC_EXPORT json_object* qvgetwifionoff();
-QVTC_EXPORT int qvsetwifionoff(char* params);
+QVTC_EXPORT int qvsetwifionoff(const char* params);
 QVTC_EXPORT json_object* qvgetwifilist();
-QVTC_EXPORT int qvsetwifiauth(char* params);
+QVTC_EXPORT int qvsetwifiauth(const char* params);
 QVTC_EXPORT json_object* qvgetwirelessconf();
-QVTC_EXPORT int qvsetwirelessconf(char* params);
+QVTC_EXPORT int qvsetwirelessconf(const char* params);
 QVTC_EXPORT json_object* qvgetdefaultroute();
-QVTC_EXPORT int qvsetdefaultroute(char* params);
+QVTC_EXPORT int qvsetdefaultroute(const char* params);
 
 // --- Wired ------------------------------------------------------------------------------------
 
 QVTC_EXPORT json_object* getwiredconf(const char* device);
 /// -1 without "conf" or for fewer than four characters; else the status of ifup.
-QVTC_EXPORT int setwiredconf(char* params);
+QVTC_EXPORT int setwiredconf(const char* params);
 /// Always 0.
-QVTC_EXPORT int setexwiredconf(char* params);
+QVTC_EXPORT int setexwiredconf(const char* params);
 /// 1 when any interface runs, else 0.
 QVTC_EXPORT int getwiredstatus();
 QVTC_EXPORT int getnetworkstatus();
@@ -60,7 +60,7 @@ QVTC_EXPORT int getgateway(const char* device, char* gateway);
 QVTC_EXPORT int getconf(char* conf, const char* device);
 /// 0, or -1 when /etc/resolv.conf cannot be read.
 QVTC_EXPORT int getdns(char* first, char* second);
-QVTC_EXPORT int setnetworkconf(const char* device, char* params);
+QVTC_EXPORT int setnetworkconf(const char* device, const char* params);
 /// "list" holds conf;ip;mask;gateway;dns1;dns2, and may be null.
 QVTC_EXPORT int savenetconf(const char* device, const char* list, int keepfile);
 QVTC_EXPORT int network_restart(const char* device);
@@ -76,7 +76,7 @@ QVTC_EXPORT int resetnetwork(const char* device);
 /// 1 when there is Wi-Fi hardware that is not disabled, else 0.
 QVTC_EXPORT int getwifi();
 /// Always 0.
-QVTC_EXPORT int setwifionoff(char* params);
+QVTC_EXPORT int setwifionoff(const char* params);
 /// The whole stored text. 0, or -1 when nothing is stored.
 QVTC_EXPORT int getwifionoff(char* params);
 QVTC_EXPORT json_object* getwifilist();
@@ -88,18 +88,18 @@ QVTC_EXPORT int enctype_type(char* security);
 QVTC_EXPORT int signal_level(int value, int levels);
 QVTC_EXPORT int resetWifi();
 /// Always 0.
-QVTC_EXPORT int setwifiauth(char* params);
+QVTC_EXPORT int setwifiauth(const char* params);
 /// The object as text in single quotes, at most 1,023 bytes. Always 0.
 QVTC_EXPORT int getwirelessconf(char* object);
 /// 0 or -1.
-QVTC_EXPORT int setwirelessconf(char* params);
+QVTC_EXPORT int setwirelessconf(const char* params);
 /// "list" holds conf;ip;mask;gateway;dns1;dns2;ssid, and may be null.
 QVTC_EXPORT int savewirelessconf(const char* list);
 
 // --- Default route ----------------------------------------------------------------------------
 
 /// Always 0.
-QVTC_EXPORT int setdefaultroute(char* params);
+QVTC_EXPORT int setdefaultroute(const char* params);
 /// At most 1,023 bytes of what is stored. Always 0.
 QVTC_EXPORT int getdefaultroute(char* route);
 }

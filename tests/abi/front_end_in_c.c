@@ -1,6 +1,8 @@
 /* A front-end in C11 that calls every function of the public header once. */
 #include <json-c/json.h>
+#include <qvtcapi/factory_defaults.h>
 #include <qvtcapi/qvtcapi.h>
+#include <qvtcapi/update.h>
 
 #include <stdio.h>
 #include <string.h>
@@ -116,5 +118,36 @@ int main(void) {
     expect(qvisoem() == NULL && qvoeminfo() == NULL && qvoemdata() == NULL &&
                qvoemfeature() == NULL,
            "no vendor's data");
+
+    char host_name[128];
+    expect(qvgethostname(host_name) == 0 && strcmp(host_name, "ThinClient") == 0, "qvgethostname");
+    expect(qvsethostname("desk") == 0, "qvsethostname");
+    expect(qvsetmgrpwd("password=secret") == 0, "qvsetmgrpwd");
+    expect_json(qvgetmgrpwd(), "{\"password\":\"secret\"}");
+    expect(qvreboot() == 0, "qvreboot, which a test's terminal has no right to");
+    expect(qvshutdown() == 0, "qvshutdown, likewise");
+    expect(updating() == 0, "updating");
+    expect(download("") == -1, "download of nothing");
+    expect(update() == 0, "update");
+    doupdate();
+    expect(qvsetvmwaretoolbar(1) == 0, "qvsetvmwaretoolbar");
+    expect_json(qvgetvmwaretoolbar(), "{\"toolbar\":\"on\"}");
+    expect(qvsethdxcamera(1) == 0, "qvsethdxcamera");
+    expect(qvgethdxcamera() == NULL, "qvgethdxcamera");
+    expect(qvsetdatetime("region=Etc&city=UTC") == -1, "qvsetdatetime");
+    struct json_object* clock = qvgetdatetime();
+    expect(clock != NULL, "qvgetdatetime");
+    json_object_put(clock);
+    struct json_object* facts = qvgetsysinfo();
+    expect(facts != NULL, "qvgetsysinfo");
+    json_object_put(facts);
+    expect(qvtcinitapi() == 0, "qvtcinitapi");
+    expect(QVTC_FACTORY_DEFAULTS == 15, "the table of factory defaults");
+    expect(qvsetcitrixtoolbar(1) == 0 && qvgetcitrixtoolbar() == NULL, "the Citrix toolbar");
+    expect(qvsetcitrixprinter(1) == 0 && qvgetcitrixprinter() == NULL, "the Citrix printer");
+    expect(qvcentos_printer() != 0, "qvcentos_printer, which a test's terminal lacks");
+    expect(qvdiagnsys() == 0, "qvdiagnsys");
+    expect(qvresetsysconf() == 0, "qvresetsysconf");
+    expect_json(qvgetmgrpwd(), "{\"password\":\"\"}");
     return failures == 0 ? 0 : 1;
 }

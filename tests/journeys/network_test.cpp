@@ -45,7 +45,7 @@ std::string member(json_object* object, const char* key) {
     return text;
 }
 
-int set(int (*setter)(char*), std::string params) { return setter(params.data()); }
+int set(int (*setter)(const char*), std::string params) { return setter(params.data()); }
 
 class NetworkJourney : public testing::Test {
   protected:

@@ -287,7 +287,7 @@ TEST_F(NetworkExports, APieceOfAScanOnItsOwn) {
 
 TEST_F(NetworkExports, JoiningReturnsAtOnce) {
     nmcli.runs("[ \"$2\" = wifi ] && sleep 100");
-    for (int (*const setter)(char*) : {qvsetwifiauth, setwifiauth}) {
+    for (int (*const setter)(const char*) : {qvsetwifiauth, setwifiauth}) {
         EXPECT_EQ(
             commands_of([&] { EXPECT_EQ(setter(Params("ssid=436f7270&password=secret12")), 0); }),
             (Texts{"nmcli connect|grep wlan|awk '{print $2}' |xargs nmcli c delet",
@@ -312,7 +312,7 @@ TEST_F(NetworkExports, WirelessSettings) {
     std::filesystem::remove("/etc/resolv.conf");
     const std::string object = "{'conf':'1','ip':'0.0.0.0','mask':'0.0.0.0','gateway':'0.0.0.0',"
                                "'dns1':'0.0.0.0','dns2':'0.0.0.0'}";
-    for (int (*const setter)(char*) : {qvsetwirelessconf, setwirelessconf}) {
+    for (int (*const setter)(const char*) : {qvsetwirelessconf, setwirelessconf}) {
         EXPECT_EQ(setter(Params("conf=1&ip=10.0.0.2&ssid=436f7270")), 0);
         const std::string file = "/etc/sysconfig/network-scripts/ifcfg-Corp";
         Texts commands = {"env LANG=en_US.UTF8 nmcli dev wifi|grep Corp |awk '{print $9}'",
@@ -348,7 +348,7 @@ TEST_F(NetworkExports, DefaultRoutes) {
     EXPECT_STREQ(text.data(), "before");
     EXPECT_EQ(qvgetdefaultroute(), nullptr);
     const std::string add = "route add default gw  dev eth1 >/dev/null 2>&1";
-    for (int (*const setter)(char*) : {qvsetdefaultroute, setdefaultroute}) {
+    for (int (*const setter)(const char*) : {qvsetdefaultroute, setdefaultroute}) {
         EXPECT_EQ(commands_of([&] { EXPECT_EQ(setter(Params("default=eth1")), 0); }),
                   Texts{"route |grep default"} + status + Texts{add});
     }

@@ -102,7 +102,7 @@ std::string sourced(const std::string& file, const std::string& name) {
     return capture_stdout([] { EXPECT_EQ(std::system("bash /tmp/source"), 0); });
 }
 
-int call(int (*setter)(char*), std::string params) { return setter(params.data()); }
+int call(int (*setter)(const char*), std::string params) { return setter(params.data()); }
 
 } // namespace
 

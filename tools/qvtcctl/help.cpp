@@ -131,7 +131,7 @@ std::string help_of(const CLI::App& app) {
     if (!is_verb) {
         const std::string about =
             app.get_parent() == nullptr
-                ? "Manages this terminal: its stored connections and their clients."
+                ? "Manages this terminal: its connections, their clients, and its settings."
                 : app.get_description() + ".";
         std::string text =
             fmt::format("{}\n{}\n{}{}", usage(app), about, commands(app), options(app));

@@ -31,7 +31,7 @@ constexpr auto table = std::to_array<Verb>({
      "for the addresses of all interfaces and restarts the network. It asks you first.",
      "qvtcctl power network-repair",
      define_network_repair},
-}};
+});
 // clang-format on
 
 } // namespace

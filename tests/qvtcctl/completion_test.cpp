@@ -19,7 +19,7 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
         Words words, offered;
     };
     const Case cases[] = {
-        {{""}, {"connection", "launch", "status", "cancel", "delay", "volume", "sound"}},
+        {{""}, {"connection", "launch", "status", "cancel", "doctor", "delay", "volume", "sound"}},
         {{"c"}, {"connection", "cancel"}},
         {{"connection", "s"}, {"show", "set"}},
         {{"connection", "list", ""},
@@ -40,7 +40,8 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
         {{"launch", ""}, {}},
         {{"sound", ""}, {"show", "configure"}},
         {{"volume", "--c"}, {"--capture"}},
-        {{"nosuch", ""}, {"connection", "launch", "status", "cancel", "delay", "volume", "sound"}},
+        {{"nosuch", ""},
+         {"connection", "launch", "status", "cancel", "doctor", "delay", "volume", "sound"}},
     };
     for (const Case& c : cases) EXPECT_EQ(offered(c.words), c.offered) << c.words.back();
 }

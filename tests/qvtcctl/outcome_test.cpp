@@ -104,6 +104,28 @@ TEST(QvtcctlOutcome, AFailureInASpiceLogOutweighsTheWindow) {
               (States{State::window_open, State::window_open, State::failed}));
 }
 
+TEST(QvtcctlOutcome, AFailureThatAViewersLogNamesOutweighsTheWindowToo) {
+    Look told = viewer_good;
+    told.log_names_failure = true;
+    EXPECT_EQ(judge("vnc", {viewer_runs, told, told}),
+              (States{State::waiting, State::window_open, State::failed}));
+}
+
+// SPICE's viewer shows a window at once, and says later whether the connection is there.
+TEST(QvtcctlOutcome, AViewerThatSaysThatItIsStillConnectingIsNotConnected) {
+    Look connecting = other_look(no_outcome, true, Sight::seen, WatcherVerdict::connected);
+    connecting.client_talks = true;
+    Look opened = connecting;
+    opened.status = connected;
+    EXPECT_EQ(judge("spice", {connecting, connecting, connecting, opened, opened}),
+              (States{State::window_open, State::window_open, State::window_open,
+                      State::window_open, State::connected}));
+    // One that says nothing at all is judged by its window.
+    Look silent = connecting;
+    silent.client_talks = false;
+    EXPECT_EQ(judge("spice", {silent, silent}), (States{State::window_open, State::connected}));
+}
+
 TEST(QvtcctlOutcome, OneLookTellsHowAConnectionStands) {
     struct Case {
         std::string_view type;

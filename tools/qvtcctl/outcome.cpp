@@ -92,8 +92,10 @@ State LaunchJudge::judge_by_window(const Look& look) {
 }
 
 State LaunchJudge::judge_by_verdict(const Look& look) {
-    const bool failure_told = !reason_of(look.status).empty();
-    const bool good = look.verdict == WatcherVerdict::connected && !failure_told;
+    const bool failure_told = !reason_of(look.status).empty() || look.log_names_failure;
+    const bool still_connecting = look.client_talks && look.status == "0";
+    const bool good =
+        look.verdict == WatcherVerdict::connected && !failure_told && !still_connecting;
     const Time good_for = verdict_good_.update(good, look.since_launch);
     const Time failing = failure_told_.update(failure_told, look.since_launch);
     if (look.verdict == WatcherVerdict::failed) return State::failed;

@@ -148,6 +148,10 @@ TEST(QvtcctlDoctorFindings, OfThePasswordsSayWhetherTheyCanBeDecoded) {
         {"horizon",
          {{"password", "abcde"}},
          {"problem: The stored password cannot be decoded; the client would not be started."}},
+        {"horizon",
+         {{"password", "ab=c"}},
+         {"problem: The stored password cannot be decoded; the client would be given another "
+          "one."}},
         {"rdp",
          with(office, {{"rdGatewayPassword", "x"}}),
          {"ok: The stored password can be decoded.",

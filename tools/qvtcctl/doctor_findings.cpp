@@ -74,10 +74,12 @@ Finding password_finding(const ConnectionType& type, unsigned id, const Record& 
                 fmt::format("Store it: \"qvtcctl connection set {} {}\".", id, option)};
     }
     if (!readable_password(type, stored)) {
-        return {
-            problem, "password",
-            fmt::format("The stored {} cannot be decoded; the client would not be started.", field),
-            fmt::format("Store it again: \"qvtcctl connection set {} {}\".", id, option)};
+        // The library asks for no more of base64 than its length.
+        const bool refused = stored.size() % 4 != 0;
+        return {problem, "password",
+                fmt::format("The stored {} cannot be decoded; the client would {}.", field,
+                            refused ? "not be started" : "be given another one"),
+                fmt::format("Store it again: \"qvtcctl connection set {} {}\".", id, option)};
     }
     return {ok, "password", fmt::format("The stored {} can be decoded.", field), ""};
 }

@@ -23,6 +23,8 @@ std::string_view words_of(State state) {
         return "the client runs, waiting for its window";
     case State::ended:
         return "the client has ended, looking for the reason";
+    case State::connecting:
+        return "its window is open, waiting for the connection";
     case State::window_open:
         return "its window is open, making sure that it stays";
     case State::connected:
@@ -43,6 +45,8 @@ std::string_view name_of(State state) {
         return "waiting";
     case State::ended:
         return "ended";
+    case State::connecting:
+        return "connecting";
     case State::window_open:
         return "window-open";
     case State::connected:
@@ -101,7 +105,9 @@ State LaunchJudge::judge_by_verdict(const Look& look) {
     if (look.verdict == WatcherVerdict::failed) return State::failed;
     if (failing >= settled_after) return State::failed;
     if (good_for >= settled_after) return State::connected;
-    return state_without_outcome(look);
+    const State state = state_without_outcome(look);
+    const bool not_there = still_connecting || failure_told;
+    return state == State::window_open && not_there ? State::connecting : state;
 }
 
 State LaunchJudge::state_without_outcome(const Look& look) {

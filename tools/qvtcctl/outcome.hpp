@@ -14,6 +14,7 @@ enum class State {
     starting,    ///< no sign of the client yet
     waiting,     ///< the client runs, its window is not there
     ended,       ///< the client was there and has gone; it is not sure yet that it failed
+    connecting,  ///< its window is there, and it says that the connection is not
     window_open, ///< its window is there, but has not stayed long enough to be trusted
     connected,
     failed,

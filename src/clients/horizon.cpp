@@ -36,6 +36,7 @@ std::string logon(const HorizonFacts& facts) {
     std::string text = textf(" -s %s ", shell::bare(record[Field::serverAddress]).c_str());
     if (!record[Field::username].empty()) {
         text += textf(" -u %s ", shell::bare(record[Field::username]).c_str());
+        // Deliberate: without a stored password the option has no value.
         text += textf(" -p %s ", shell::bare(facts.password.value_or("")).c_str());
     }
     if (!record[Field::domain].empty())
@@ -48,7 +49,8 @@ std::string logon(const HorizonFacts& facts) {
 std::string protocol(const std::string& choice) {
     if (choice.size() < 3) return " --protocol=PCOIP";
     if (contains(choice, "RDP")) {
-        // The double blank and the double slash are what the client has always been given.
+        // Deliberate: the double blank and the double slash are what the client has always been
+        // given.
         return " --protocol=RDP --rdpclient=xfreerdp --xfreerdpOptions=' +auto-reconnect  /rfx "
                "/sound:sys:pulse "
                "/microphone:sys:pulse //multimedia:decoder:gstreamer -compression +fonts "
@@ -71,6 +73,7 @@ std::string horizon_command_line(const HorizonFacts& facts) {
 }
 
 bool launch_horizon(connections::ConnectionId id) {
+    // Deliberate: the client is ended twice, and before it is known whether there will be another.
     for (const char* const command :
          {"killall vmware-remotemks", "killall vmware-view", "killall vmware-view"}) {
         os().run(command);
@@ -79,6 +82,7 @@ bool launch_horizon(connections::ConnectionId id) {
     facts.record = connections::stored_record(connections::type_number::horizon, id);
     Password password = decode_password(facts.record[Field::password]);
     if (!password.decodable) {
+        // Deliberate: information, where the RDP client's launcher reports an error.
         log(Level::info, "@qvlaunchclient password decode error");
         return false;
     }

@@ -36,7 +36,6 @@ constexpr Expected readable_form[] = {
     {file_version,   7},
     {pixmap_format,  2}, // whole pixels, not planes
     {byte_order,     0}, // lowest byte first
-    {bits_per_pixel, 32},
     {red_mask,       0xff0000},
     {green_mask,     0x00ff00},
     {blue_mask,      0x0000ff},
@@ -59,9 +58,12 @@ bool is_readable(std::string_view dump) {
     for (const Expected& expected : readable_form) {
         if (word(dump, expected.word) != expected.value) return false;
     }
+    // Where windows of several kinds are on the screen, xwd leaves the unused byte out.
+    const std::uint32_t bits = word(dump, bits_per_pixel);
+    if (bits != 32 && bits != 24) return false;
     const std::uint64_t lines = word(dump, picture_height);
     const std::uint64_t start = word(dump, header_size) + word(dump, colours) * colour_map_entry;
-    return word(dump, bytes_per_line) >= word(dump, picture_width) * std::uint64_t{4} &&
+    return word(dump, bytes_per_line) >= word(dump, picture_width) * std::uint64_t{bits / 8} &&
            dump.size() >= start + lines * word(dump, bytes_per_line);
 }
 
@@ -104,11 +106,12 @@ std::optional<Picture> picture_from_xwd(std::string_view dump) {
     if (!is_readable(dump)) return std::nullopt;
     Picture picture{word(dump, picture_width), word(dump, picture_height), {}};
     picture.pixels.reserve(picture.width * picture.height * 3);
+    const std::size_t pixel_size = word(dump, bits_per_pixel) / 8;
     std::size_t line = word(dump, header_size) + word(dump, colours) * colour_map_entry;
     for (std::size_t y = 0; y < picture.height; ++y, line += word(dump, bytes_per_line)) {
         for (std::size_t x = 0; x < picture.width; ++x) {
-            for (const std::size_t colour : {2U, 1U, 0U}) { // a pixel is blue, green, red, unused
-                picture.pixels.push_back(byte_at(dump, line + x * 4 + colour));
+            for (const std::size_t colour : {2U, 1U, 0U}) { // a pixel is blue, green, red
+                picture.pixels.push_back(byte_at(dump, line + x * pixel_size + colour));
             }
         }
     }

@@ -1,5 +1,6 @@
 #include "clients/client_switches.hpp"
 
+#include "clients/hostile_values.hpp"
 #include "core/base64.hpp"
 #include "store/settings.hpp"
 #include "store/settings_keys.hpp"
@@ -78,6 +79,29 @@ TEST(CameraRedirection, IsNullWithoutAnythingUsable) {
     EXPECT_EQ(text_of(camera_redirection()), "null");
     EXPECT_EQ(os.record, Texts(3, "capture 102400 qvplugin 0 90"));
     EXPECT_TRUE(test::log_lines().empty());
+}
+
+TEST(HorizonMenuBar, IsOnOrOffWhateverIsStored) {
+    for (const std::string& text : hostile_values()) {
+        store::store_setting(store::keys::horizon_menu_bar, text);
+        const bool off = text.find("off") != std::string::npos;
+        EXPECT_EQ(text_of(horizon_menu_bar()),
+                  off ? R"({"toolbar":"off"})" : R"({"toolbar":"on"})");
+    }
+}
+
+TEST(CameraRedirection, IsNullOrJsonWhateverIsStored) {
+    for (const std::string& text : hostile_values()) {
+        const std::string shown = camera_when_stored(text);
+        const Json again = parse_json(shown);
+        EXPECT_TRUE(shown == "null" || again) << text;
+    }
+    for (const std::size_t size : {1023U, 1024U, 10239U, 10240U, 100000U}) {
+        EXPECT_EQ(camera_when_stored(std::string(size, '{')), "null") << size;
+    }
+    // Of a text that fits, what stands between its first two quotes; one that does not is none.
+    EXPECT_EQ(camera_when_stored(std::string(1023, '\'')), "\"\"");
+    EXPECT_EQ(camera_when_stored(std::string(1024, '\'')), "null");
 }
 
 } // namespace qvtc::clients

@@ -66,7 +66,7 @@ TEST(HorizonCommandLine, HasEachOptionInItsPlace) {
     }
 }
 
-TEST(HorizonCommandLine, WithoutAPasswordHasAnOptionWithoutOne) {
+TEST(HorizonCommandLine, DeliberatelyHasAPasswordOptionWithoutAPassword) {
     HorizonFacts facts;
     facts.record = record_of({{Field::serverAddress, "view.lan"}, {Field::username, "u1"}});
     EXPECT_EQ(horizon_command_line(facts),
@@ -162,7 +162,7 @@ TEST_F(HorizonLaunch, LooksForTheMarkerFileOfClonedScreens) {
               "run " + english + " --fullscreen -s   --nomenubar  --protocol=PCOIP &");
 }
 
-TEST_F(HorizonLaunch, WithAnUndecodablePasswordHasEndedTheFormerClientsOnly) {
+TEST_F(HorizonLaunch, DeliberatelyEndsTheFormerClientsAndInformsOfAnUndecodablePassword) {
     test::store_items({test::record_item(
         "vmwareItem_id_191", {{"id", "191"}, {"username", "u1"}, {"password", "abc"}})});
     test::ScriptedOs system;
@@ -178,6 +178,87 @@ TEST_F(HorizonLaunch, WithoutAThreadFailsWhenTheClientRuns) {
     EXPECT_FALSE(launch_horizon(160));
     EXPECT_EQ(system.record.size(), 5U);
     EXPECT_EQ(test::log_lines().back(), "[ERROR] @launchclient thread create fail");
+}
+
+TEST(HorizonCommandLine, DeliberatelyGivesTheRdpClientADoubleBlankAndADoubleSlash) {
+    HorizonFacts facts;
+    facts.record = record_of({{Field::vmwareProtocol, "RDP"}});
+    const std::string line = horizon_command_line(facts);
+    EXPECT_NE(line.find("' +auto-reconnect  /rfx "), std::string::npos);
+    EXPECT_NE(line.find(" //multimedia:decoder:gstreamer "), std::string::npos);
+}
+
+TEST(HorizonCommandLine, KeepsItsOrderInEveryCombination) {
+    using Options = std::vector<std::pair<std::string, std::string>>;
+    const Options languages{{"zh_CN", "zh_CN"}, {"en_US", "en_US"}};
+    const Options screens{{"clone", " --fullscreen"},
+                          {"extend", " --allmonitors --monitors=1,2"},
+                          {"vga", " --monitors=1"},
+                          {"hdmi", " --monitors=2"}};
+    const Options users{{"", ""}, {"u1", " -u u1  -p secret "}};
+    const Options domains{{"", ""}, {"D", " -d D "}};
+    const Options desktops{{"", ""}, {"57696e", " -n Win "}};
+    const Options menus{{"toolbar=on", ""}, {"toolbar=off", " --nomenubar "}};
+    const Options protocols{
+        {"PCOIP", " --protocol=PCOIP"}, {"RDP", rdp_protocol}, {"BLAST", " --protocol=BLAST"}};
+    for (const auto& language : languages)
+        for (const auto& screen : screens)
+            for (const auto& user : users)
+                for (const auto& domain : domains)
+                    for (const auto& desktop : desktops)
+                        for (const auto& menu : menus)
+                            for (const auto& protocol : protocols) {
+                                HorizonFacts facts;
+                                facts.record = record_of({{Field::serverAddress, "h"},
+                                                          {Field::monitorSelect, screen.first},
+                                                          {Field::username, user.first},
+                                                          {Field::domain, domain.first},
+                                                          {Field::desktop, desktop.first},
+                                                          {Field::vmwareProtocol, protocol.first}});
+                                facts.password = "secret";
+                                facts.language = language.first;
+                                facts.menu_bar = menu.first;
+                                facts.screens_cloned = screen.first == "clone";
+                                EXPECT_EQ(horizon_command_line(facts),
+                                          environment(language.second) + screen.second + " -s h " +
+                                              user.second + domain.second + desktop.second +
+                                              menu.second + protocol.second + " &");
+                            }
+}
+
+TEST(HorizonCommandLine, NoOtherFieldIsUsed) {
+    HorizonFacts facts;
+    for (std::string& value : facts.record.values) value = "on";
+    for (const Field field : {Field::username, Field::domain, Field::desktop}) {
+        facts.record[field] = "";
+    }
+    facts.record[Field::serverAddress] = "h";
+    EXPECT_EQ(horizon_command_line(facts),
+              english + " --monitors=2 -s h  --nomenubar  --protocol=PCOIP &");
+}
+
+TEST_F(HorizonLaunch, APasswordIsDecodedAfterItsPlusSignsHaveBecomePadding) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"cGFzc3dvcmQ+", "password"},
+        {"cGFzc3dvcmQ=", "password"},
+        {"c2VjcmV0cw++", "secrets"},
+        {"c2VjcmV0", "secret"},
+    };
+    for (const auto& [stored, password] : cases) {
+        test::store_items(
+            {test::record_item("vmwareItem_id_160",
+                               {{"serverAddress", "h"}, {"username", "u"}, {"password", stored}})});
+        test::ScriptedOs system;
+        EXPECT_TRUE(launch_horizon(160));
+        EXPECT_EQ(system.record.at(3), "run " + english + " --monitors=2 -s h  -u u  -p " +
+                                           password + "  --nomenubar  --protocol=PCOIP &");
+    }
+    for (const char* const stored : {"a+b", "abc", "a", "++++x"}) {
+        test::store_items({test::record_item("vmwareItem_id_160", {{"password", stored}})});
+        test::ScriptedOs system;
+        EXPECT_FALSE(launch_horizon(160)) << stored;
+        EXPECT_EQ(system.record.size(), 3U) << stored;
+    }
 }
 
 } // namespace qvtc::clients

@@ -9,6 +9,7 @@
 #include "core/text.hpp"
 #include "store/document.hpp"
 
+#include <algorithm>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -163,6 +164,62 @@ TEST_F(HostileRecords, ThatTheEntryPointTookGoToTheClientToo) {
         EXPECT_EQ(qvlaunchclient(290), 0);
         ASSERT_TRUE(test::wait_until([&] { return !firefox.calls().empty(); }));
         EXPECT_EQ(firefox.calls(), StandIn::Calls{words(value)});
+    }
+}
+
+TEST_F(HostileRecords, UnderAKeyThatNoFieldHasChangeNothing) {
+    const UnwatchedOs unwatched;
+    for (const std::string& value : hostile_values()) {
+        test::store_items({});
+        store::change_document([&](store::Document& document) {
+            document.set("spiceItem_id_70", "serverAddress", "h");
+            document.set("spiceItem_id_70", "disableall", value);
+            return true;
+        });
+        remote_viewer.forget_calls();
+        EXPECT_EQ(qvlaunchclient(70), 0);
+        ASSERT_TRUE(test::wait_until([&] { return !remote_viewer.calls().empty(); }));
+        EXPECT_EQ(remote_viewer.calls(),
+                  (StandIn::Calls{{"-f", "--spice-disable-usbredir", "spice://h"}}))
+            << testing::PrintToString(value);
+    }
+}
+
+TEST_F(HostileRecords, OfAnyLengthAreCutToTheirFields) {
+    const UnwatchedOs unwatched;
+    const StandIn qvplugin("qvplugin");
+    const StandIn xrandr("xrandr");
+    const std::string cut_to(63, 'x');
+    struct Case {
+        StandIn* client;
+        const char* item;
+        unsigned id;
+        StandIn::Arguments arguments; ///< some that it must have been given
+    };
+    const Case cases[] = {
+        {&xfreerdp, "rdpItem_id_35", 35, {"/t:" + cut_to, "/v:" + cut_to, "/u:" + cut_to}},
+        {&remote_viewer, "spiceItem_id_70", 70, {"spice://" + cut_to + ":" + cut_to}},
+        {&vmware_view, "vmwareItem_id_160", 160, {"-s", cut_to, "-u", cut_to, "-d", cut_to}},
+        {&vncviewer, "vncItem_id_230", 230, {cut_to}},
+        {&firefox, "firefox_id_290", 290, {cut_to}},
+    };
+    for (const std::size_t size : {63U, 64U, 10239U, 10240U, 100000U}) {
+        const std::string value(size, 'x');
+        for (const Case& each : cases) {
+            test::store_items({test::record_item(each.item, {{"name", value},
+                                                             {"serverAddress", value},
+                                                             {"port", value},
+                                                             {"username", value},
+                                                             {"domain", value}})});
+            each.client->forget_calls();
+            EXPECT_EQ(qvlaunchclient(each.id), 0);
+            ASSERT_TRUE(test::wait_until([&] { return !each.client->calls().empty(); }));
+            const StandIn::Arguments given = each.client->calls().front();
+            for (const std::string& argument : each.arguments) {
+                EXPECT_NE(std::find(given.begin(), given.end(), argument), given.end())
+                    << each.item << " with " << size;
+            }
+        }
     }
 }
 

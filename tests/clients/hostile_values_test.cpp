@@ -253,4 +253,14 @@ TEST_F(HostileValues, InsteadOfHexadecimalTextNameNoDesktop) {
     }
 }
 
+TEST_F(HostileValues, InTheSettingsOfAHorizonClientChangeNothing) {
+    HorizonFacts facts;
+    const std::string expected = horizon_command_line(facts);
+    for (const std::string& value : hostile_values()) {
+        facts.language = value;
+        facts.menu_bar = value.find("on") == std::string::npos ? value : "";
+        EXPECT_EQ(horizon_command_line(facts), expected) << testing::PrintToString(value);
+    }
+}
+
 } // namespace qvtc::clients

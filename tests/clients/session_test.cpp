@@ -53,4 +53,15 @@ TEST_F(SessionStart, FailsWithoutAThread) {
     EXPECT_EQ(system.record, (Texts{"run x-client >>/home/root/x.log 2>&1 &", "thread"}));
 }
 
+TEST_F(SessionStart, DeliberatelyLeavesTheFirstMarkerInTheLogWhenTheSecondHasTurned) {
+    test::ScriptedOs system;
+    system.time = 1000;
+    system.clock_step = 1;
+    begin_session("/home/root/x.log");
+    EXPECT_TRUE(start_session(session, "x-client", {}));
+    EXPECT_EQ(system.record.at(0), "run echo '[1000]start to connect...'>>/home/root/x.log");
+    EXPECT_EQ(test::stored_setting("com.valmora.thinclient.para_10_0"),
+              "[1001]start to connect...");
+}
+
 } // namespace qvtc::clients

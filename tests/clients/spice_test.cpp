@@ -167,4 +167,32 @@ TEST_F(SpiceLaunch, WithoutAThreadFailsWhenTheClientRuns) {
     EXPECT_EQ(test::log_lines().back(), "[ERROR] @launchclient thread create fail");
 }
 
+TEST(SpiceCommandLine, DeliberatelyTiesAnimationToFontSmoothing) {
+    const std::pair<FieldValues, const char*> cases[] = {
+        {{{Field::fontSmooth, "off"}, {Field::widgetAnimate, "on"}},
+         " --spice-disable-effects=\"font-smooth,animation\""},
+        {{{Field::fontSmooth, "on"}, {Field::widgetAnimate, "off"}}, ""},
+        {{{Field::desktopBackground, "off"}, {Field::widgetAnimate, "off"}},
+         " --spice-disable-effects=\"wallpaper\""},
+    };
+    for (const auto& [values, option] : cases) {
+        EXPECT_EQ(spice_command_line({record_of(values)}),
+                  std::string("remote-viewer -f") + option + " --spice-disable-usbredir");
+    }
+}
+
+TEST_F(SpiceLaunch, NeverNamesTheSecurePortNorACertificateNorAPassword) {
+    test::store_items({test::record_item("spiceItem_id_64", {{"serverAddress", "h"},
+                                                             {"port", "1"},
+                                                             {"sport", "2"},
+                                                             {"useSport", "on"},
+                                                             {"selectCertificate", "ca.pem"},
+                                                             {"username", "u"},
+                                                             {"password", "not base64"}})});
+    test::ScriptedOs system;
+    EXPECT_TRUE(launch_spice(64));
+    EXPECT_EQ(system.record.at(5), "run remote-viewer -f --spice-disable-usbredir spice://h:1 "
+                                   ">>/home/root/spicec.log 2>&1 &");
+}
+
 } // namespace qvtc::clients

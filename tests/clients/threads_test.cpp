@@ -9,6 +9,7 @@
 #include "support/support.hpp"
 
 #include <atomic>
+#include <chrono>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -60,6 +61,15 @@ std::size_t threads_of_this_process() {
     const fs::directory_iterator tasks("/proc/self/task");
     return static_cast<std::size_t>(std::distance(begin(tasks), end(tasks)));
 }
+
+// The thread sanitizer makes a thread's beginning and end a hundred times as dear, and a machine
+// that is busy besides would not come to the end of ten thousand in the test's time.
+#ifdef __SANITIZE_THREAD__
+constexpr int watches = 2'000;
+#else
+constexpr int watches = 10'000;
+#endif
+constexpr std::chrono::seconds patience{60};
 
 std::atomic<int> watched;
 
@@ -120,7 +130,7 @@ TEST_F(Threads, CapturesEndAtOnceWhileClientsAreStarted) {
     EXPECT_TRUE(wait_until([&] { return client.calls().size() == 30; }));
 }
 
-TEST_F(Threads, TenThousandWatchesLeaveNothingBehind) {
+TEST_F(Threads, ThousandsOfWatchesLeaveNothingBehind) {
     const auto mapped = [] {
         std::size_t pages = 0;
         std::ifstream("/proc/self/statm") >> pages;
@@ -129,11 +139,12 @@ TEST_F(Threads, TenThousandWatchesLeaveNothingBehind) {
     const std::size_t before = threads_of_this_process() + 1; // a sanitizer's own may join them
     std::size_t mapped_early = 0;
     watched = 0;
-    for (int i = 1; i <= 10'000; ++i) {
+    for (int i = 1; i <= watches; ++i) {
         ASSERT_TRUE(clients::start_watch(watch_nothing, "nothing"));
         if (i % 100 != 0) continue;
-        ASSERT_TRUE(wait_until([&] { return watched == i; }));
-        ASSERT_TRUE(wait_until([&] { return threads_of_this_process() <= before; }));
+        ASSERT_TRUE(wait_until([&] { return watched == i; }, patience)) << watched << " of " << i;
+        ASSERT_TRUE(wait_until([&] { return threads_of_this_process() <= before; }, patience))
+            << threads_of_this_process() << " threads after " << i;
         if (i == 1000) mapped_early = mapped();
     }
     // Of threads that nobody joins, each would keep a stack of 2048 pages.

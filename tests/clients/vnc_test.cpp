@@ -81,4 +81,20 @@ TEST_F(VncLaunch, WithoutAThreadFailsWhenTheClientRuns) {
     EXPECT_EQ(test::log_lines().back(), "[ERROR] @launchclient thread create fail");
 }
 
+TEST_F(VncLaunch, DeliberatelySpeaksOfSpiceAndMarksItsLog) {
+    test::ScriptedOs system;
+    EXPECT_TRUE(launch_vnc(224));
+    EXPECT_TRUE(system.record.at(0).ends_with("start to connect...'>>/home/root/spicec.log"));
+    EXPECT_TRUE(test::log_lines().at(0).starts_with("[INFO] spice connection params:vncviewer "));
+}
+
+// Another kind's password is base64; this one goes to the viewer as it is stored.
+TEST_F(VncLaunch, APasswordThatIsNoBase64IsAsGoodAsAnyOther) {
+    test::store_items({test::record_item("vncItem_id_224", {{"password", "a+b=c"}})});
+    test::ScriptedOs system;
+    EXPECT_TRUE(launch_vnc(224));
+    EXPECT_EQ(system.record.at(3),
+              "run vncviewer FullScreen  passwd a+b=c >>/home/root/vnc.log 2>&1 &");
+}
+
 } // namespace qvtc::clients

@@ -71,6 +71,15 @@ TEST(Picture, OfADumpHasItsPixels) {
     EXPECT_EQ(picture->at(1, 1), 0x636234U);
 }
 
+// A browser's window, for one, has a depth of its own.
+TEST(Picture, OfAScreenWithWindowsOfSeveralKindsHasItsPixelsToo) {
+    Header header = small_header();
+    header[11] = 24;
+    const auto picture = terminal::picture_from_xwd(dump_of(header));
+    ASSERT_TRUE(picture);
+    EXPECT_EQ(std::string(picture->pixels.begin(), picture->pixels.end()), "cb1b2xcb3b4x");
+}
+
 TEST(Picture, IsNotMadeOfWhatIsNoDumpOfOurs) {
     const std::string whole = dump_of(small_header());
     for (const std::size_t length : {std::size_t{0}, std::size_t{99}, whole.size() - 1}) {

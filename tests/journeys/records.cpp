@@ -26,8 +26,8 @@ std::string member(json_object* object, const char* name) {
     return text == nullptr ? "" : text;
 }
 
-std::vector<std::string> record_ids() {
-    const Object records(qvgetconnections(QVTC_TYPE_RDP));
+std::vector<std::string> record_ids(unsigned type) {
+    const Object records(qvgetconnections(type));
     json_object* const list = json_object_object_get(records.get(), "list");
     std::vector<std::string> ids;
     for (std::size_t i = 0; i < json_object_array_length(list); ++i) {
@@ -56,13 +56,15 @@ bool client_has_spoken() { return lines_of(read_file(rdp_log)).size() > 1; }
 
 } // namespace
 
-unsigned store_record(const Fields& fields) {
+unsigned store_record(const Fields& fields) { return store_record(QVTC_TYPE_RDP, fields); }
+
+unsigned store_record(unsigned type, const Fields& fields) {
     std::string parameters;
     for (const auto& [name, value] : fields) parameters += name + '=' + value + '&';
-    parameters += "type=1";
-    const std::vector<std::string> before = record_ids();
-    qvsetconnections(QVTC_TYPE_RDP, parameters.data());
-    for (const std::string& id : record_ids()) {
+    parameters += "type=" + std::to_string(type);
+    const std::vector<std::string> before = record_ids(type);
+    qvsetconnections(type, parameters.data());
+    for (const std::string& id : record_ids(type)) {
         if (std::ranges::find(before, id) == before.end()) {
             return static_cast<unsigned>(std::stoul(id));
         }
@@ -112,6 +114,19 @@ std::string status_from(const std::string& phrase) {
 }
 
 std::string status_unknown() { return base64_of("unkown error!"); }
+
+std::string watchers_verdict() {
+    const std::string file = "/usr/local/vpclient/config/clientstatus";
+    if (!file_exists(file)) return "";
+    const std::vector<std::string> lines = lines_of(read_file(file));
+    return lines.empty() ? "" : lines.front();
+}
+
+std::string wait_for_verdict() {
+    EXPECT_TRUE(wait_until([] { return !watchers_verdict().empty(); }, patience))
+        << "the watcher has written nothing";
+    return watchers_verdict();
+}
 
 std::string base64_of(const std::string& text) {
     std::vector<unsigned char> encoded(text.size() / 3 * 4 + 5);

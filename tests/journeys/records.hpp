@@ -14,6 +14,9 @@ inline constexpr const char* rdp_log = "/home/root/freerdp.log";
 /// it was not stored.
 unsigned store_record(const Fields& fields);
 
+/// The same for a record of another type, one of QVTC_TYPE_...
+unsigned store_record(unsigned type, const Fields& fields);
+
 /// The form in which a record holds a password.
 std::string stored_password(const std::string& password);
 
@@ -35,6 +38,15 @@ std::string status_from(const std::string& phrase);
 
 /// The status of a client that has gone without known words.
 std::string status_unknown();
+
+/// What the watcher has written into the client-status file, without its line's end.
+std::string watchers_verdict();
+
+/// Waits until the watcher has written what came of the launch, and answers that.
+std::string wait_for_verdict();
+
+inline constexpr const char* verdict_connected = "0x00000000 connect success";
+inline constexpr const char* verdict_failed = "0x00000001 connect failed";
 
 /// base64 of a text.
 std::string base64_of(const std::string& text);

@@ -102,5 +102,43 @@ TEST(QvtcctlClientLog, SilenceIsSaidToBeSilence) {
               "The Horizon client writes no log that would name a reason.");
 }
 
+TEST(QvtcctlClientLog, AWindowMayBeMissingForAReason) {
+    const ConnectionType& vnc = *find_type("vnc");
+    constexpr const char* asked = "Connected to host h\nChoosing security type VncAuth(2)\n";
+    EXPECT_EQ(explain_missing_window(vnc, 224, asked).means,
+              "The viewer asks for the server's password on the terminal's screen.");
+    EXPECT_TRUE(explain_missing_window(vnc, 224, std::string(asked) + "Using pixel format depth 24")
+                    .means.starts_with("The viewer is connected, but its window does not say"));
+    EXPECT_EQ(explain_missing_window(vnc, 224, "").means,
+              "No window of the VNC client (one that says \"vncviewer\") appeared within ten "
+              "seconds. The client wrote nothing that would name a reason.");
+    EXPECT_TRUE(explain_missing_window(*find_type("web"), 288, asked)
+                    .means.starts_with("No window of the web client"));
+}
+
+TEST(QvtcctlClientLog, OnlyItsOwnClientsWordsNameAFailure) {
+    struct Case {
+        std::string_view type, log;
+        bool names_one;
+    };
+    const Case cases[] = {
+        {"vnc", "CConn: unable to connect to socket: Connection refused (111)", true},
+        {"vnc", "CConn: Authentication failure: password check failed!", true},
+        {"vnc", "Authentication failure\nConnected\nUsing pixel format depth 24", false},
+        {"vnc", "Using pixel format depth 24\nunable to connect to socket", true},
+        {"vnc", "", false},
+        {"spice", "main channel: failed to connect Could not connect", true},
+        {"spice", "main channel: auth failure (wrong username/password?)", true},
+        {"spice", "main channel: auth failure\nmain channel: opened\n", false},
+        // Of its desktop's bus, not of the connection.
+        {"spice", "dconf-WARNING: Could not connect: Connection refused", false},
+        {"web", "Failed to connect to the bus: Connection refused", false},
+        {"horizon", "", false},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(names_failure(*find_type(c.type), c.log), c.names_one) << c.log;
+    }
+}
+
 } // namespace
 } // namespace qvtc::qvtcctl

@@ -198,6 +198,58 @@ TEST(QvtcctlTranscript, AViewerWithoutAWindowHasFailed) {
     transcript.expect("viewer_failed");
 }
 
+// SPICE's viewer is asked to talk, and its window is there before the connection is.
+TEST(QvtcctlTranscript, ASpiceViewerIsBelievedWhenItSpeaks) {
+    const Screen screen("lab\": (\"remote-viewer\" \"Remote-viewer\")", 2);
+    StandIn client("remote-viewer");
+    client.runs("echo \"$G_MESSAGES_DEBUG: Opening display\"\n"
+                "until [[ -f /tmp/asked ]]; do sleep 0.05; done\n"
+                "until (($(wc -l </tmp/asked) >= 4)); do sleep 0.05; done\n"
+                "echo 'main channel: opened'; sleep 100");
+    Transcript transcript;
+    transcript.run("qvtcctl connection add spice name=lab serverAddress=10.0.0.7 port=5930")
+        .run("qvtcctl launch 64 --wait")
+        .run("tail -n 2 /home/root/spicec.log");
+    transcript.expect("spice_connected");
+}
+
+TEST(QvtcctlTranscript, ASpiceViewerThatReachesNobodyHasFailedAlthoughItShowsAWindow) {
+    const Screen screen("lab\": (\"remote-viewer\" \"Remote-viewer\")", 2);
+    StandIn client("remote-viewer");
+    client.runs("echo 'main channel: failed to connect Could not connect to 10.0.0.7: Connection "
+                "refused'; sleep 100");
+    Transcript transcript;
+    transcript.run("qvtcctl connection add spice name=lab serverAddress=10.0.0.7 port=5930")
+        .run("qvtcctl launch 64 --wait");
+    transcript.expect("spice_failed");
+}
+
+TEST(QvtcctlTranscript, ASpiceViewerThatGoesOnTryingHasNoOutcome) {
+    const Screen screen("lab\": (\"remote-viewer\" \"Remote-viewer\")", 2);
+    StandIn client("remote-viewer");
+    client.runs("echo 'Opening display'; sleep 100");
+    Transcript transcript;
+    transcript.run("qvtcctl connection add spice name=lab serverAddress=10.0.0.7 port=5930")
+        .run("qvtcctl launch 64 --wait --timeout 3")
+        .run("qvtcctl launch 64 --wait --timeout 3 --json");
+    transcript.expect("spice_trying");
+}
+
+TEST(QvtcctlTranscript, ABrowser) {
+    StandIn client("firefox");
+    client.runs("echo 'Error: cannot open display: :0'; sleep 100");
+    Transcript transcript;
+    transcript.run("qvtcctl connection add web name=page serverAddress=http://10.0.0.9/");
+    {
+        const Screen screen;
+        transcript.run("qvtcctl launch 288 --wait").run("killall firefox");
+    }
+    const Screen screen("firefox-esr", 1);
+    client.keeps_running();
+    transcript.run("qvtcctl launch 288 --wait").run("qvtcctl launch 288 --wait --json");
+    transcript.expect("browser");
+}
+
 TEST(QvtcctlTranscript, AClientThatIsNotInstalled) {
     const Screen screen;
     Transcript transcript;

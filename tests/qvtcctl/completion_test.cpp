@@ -18,11 +18,11 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
     struct Case {
         Words words, offered;
     };
-    const Words top_words = {"connection", "launch",           "status",  "cancel", "delay",
-                             "display",    "network",          "volume",  "sound",  "power",
-                             "host-name",  "manager-password", "time",    "info",   "factory-reset",
-                             "init",       "language",         "battery", "oem",    "log",
-                             "portal",     "demo-mode",        "update"};
+    const Words top_words = {"connection",    "launch",    "status",           "cancel",  "doctor",
+                             "delay",         "display",   "network",          "volume",  "sound",
+                             "power",         "host-name", "manager-password", "time",    "info",
+                             "factory-reset", "init",      "language",         "battery", "oem",
+                             "log",           "portal",    "demo-mode",        "update"};
     const Case cases[] = {
         {{""}, top_words},
         {{"c"}, {"connection", "cancel"}},

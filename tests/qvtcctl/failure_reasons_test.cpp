@@ -94,6 +94,25 @@ TEST(QvtcctlFailureReasons, RealLogsAreUnderstood) {
          "The server refused the password."},
         {"spice", "main channel: auth failure (wrong username/password?)",
          "The server refused the password."},
+        {"spice",
+         "virt-viewer-DEBUG: main channel: failed to connect Could not connect to 127.0.0.1: "
+         "Connection refused",
+         "Nothing answered at the server's port. Probably it is closed, or the server is switched "
+         "off."},
+        {"spice",
+         "main channel: failed to connect Error resolving \"no.lan\": Name or service not known",
+         "The server's name could not be found."},
+        {"spice",
+         "main channel: failed to connect Could not connect to 10.9.9.9: Network is unreachable",
+         "There is no way to the server."},
+        {"spice", "main channel: failed to connect Timed out", "The server could not be reached."},
+        {"vnc",
+         " CConn:       unable to resolve host by name: Temporary failure in name\n"
+         "              resolution (-3)",
+         "The server's name could not be found."},
+        {"vnc", "Can't open display: :0", "The client could not open the terminal's screen."},
+        {"spice", "Gtk-WARNING **: 18:03:24.213: cannot open display: :0",
+         "The client could not open the terminal's screen."},
         {"web", "Error: cannot open display: :0",
          "The client could not open the terminal's screen."},
     };

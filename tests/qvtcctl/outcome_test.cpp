@@ -101,7 +101,29 @@ TEST(QvtcctlOutcome, OtherClientsFollowTheWatchersVerdict) {
 TEST(QvtcctlOutcome, AFailureInASpiceLogOutweighsTheWindow) {
     const Look told = other_look(unknown_error, true, Sight::seen, WatcherVerdict::connected);
     EXPECT_EQ(judge("spice", {viewer_good, told, told}),
-              (States{State::window_open, State::window_open, State::failed}));
+              (States{State::window_open, State::connecting, State::failed}));
+}
+
+TEST(QvtcctlOutcome, AFailureThatAViewersLogNamesOutweighsTheWindowToo) {
+    Look told = viewer_good;
+    told.log_names_failure = true;
+    EXPECT_EQ(judge("vnc", {viewer_runs, told, told}),
+              (States{State::waiting, State::connecting, State::failed}));
+}
+
+// SPICE's viewer shows a window at once, and says later whether the connection is there.
+TEST(QvtcctlOutcome, AViewerThatSaysThatItIsStillConnectingIsNotConnected) {
+    Look connecting = other_look(no_outcome, true, Sight::seen, WatcherVerdict::connected);
+    connecting.client_talks = true;
+    Look opened = connecting;
+    opened.status = connected;
+    EXPECT_EQ(judge("spice", {connecting, connecting, connecting, opened, opened}),
+              (States{State::connecting, State::connecting, State::connecting, State::window_open,
+                      State::connected}));
+    // One that says nothing at all is judged by its window.
+    Look silent = connecting;
+    silent.client_talks = false;
+    EXPECT_EQ(judge("spice", {silent, silent}), (States{State::window_open, State::connected}));
 }
 
 TEST(QvtcctlOutcome, OneLookTellsHowAConnectionStands) {
@@ -136,8 +158,9 @@ TEST(QvtcctlOutcome, TheClientStatusFileHoldsTheVerdict) {
 }
 
 TEST(QvtcctlOutcome, EveryStateHasAName) {
-    for (const State state : {State::starting, State::waiting, State::ended, State::window_open,
-                              State::connected, State::failed, State::not_running}) {
+    for (const State state :
+         {State::starting, State::waiting, State::ended, State::connecting, State::window_open,
+          State::connected, State::failed, State::not_running}) {
         EXPECT_FALSE(words_of(state).empty());
         EXPECT_FALSE(name_of(state).empty());
     }

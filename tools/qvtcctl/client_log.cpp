@@ -94,12 +94,21 @@ Explanation explanation_from_log(const FailureReason& row, const ConnectionType&
     return told;
 }
 
+bool fits(const FailureReason& row, const ConnectionType& type, std::string_view text) {
+    return contains(row.types, type) && holds(text, row.words) && holds(text, row.also);
+}
+
+template <typename Table>
+const FailureReason* find_reason_in(const Table& table, const ConnectionType& type,
+                                    std::string_view text) {
+    const auto found = std::find_if(table.begin(), table.end(), [&](const FailureReason& row) {
+        return fits(row, type, text);
+    });
+    return found == table.end() ? nullptr : &*found;
+}
+
 const FailureReason* find_reason(const ConnectionType& type, std::string_view text) {
-    const auto found =
-        std::find_if(failure_reasons.begin(), failure_reasons.end(), [&](const FailureReason& row) {
-            return contains(row.types, type) && holds(text, row.words) && holds(text, row.also);
-        });
-    return found == failure_reasons.end() ? nullptr : &*found;
+    return find_reason_in(failure_reasons, type, text);
 }
 
 Explanation unexplained(const ConnectionType& type, std::string_view log) {
@@ -135,6 +144,29 @@ Explanation explain(const ConnectionType& type, unsigned id, std::string_view lo
     }
     if (const FailureReason* row = find_reason(type, library_reason)) return meaning_of(*row, id);
     return unexplained(type, log);
+}
+
+Explanation explain_missing_window(const ConnectionType& type, unsigned id, std::string_view log) {
+    if (const FailureReason* row = find_reason_in(missing_window_reasons, type, log)) {
+        return explanation_from_log(*row, type, id, log);
+    }
+    Explanation told = unexplained(type, log);
+    told.means =
+        fmt::format("No window of the {} client (one that says \"{}\") appeared within ten "
+                    "seconds. {}",
+                    type.title, type.window, told.means);
+    return told;
+}
+
+bool names_failure(const ConnectionType& type, std::string_view log) {
+    for (const SuccessWords& success : success_words) {
+        const std::size_t at = log.rfind(success.words);
+        if (contains(success.types, type) && at != std::string_view::npos) log.remove_prefix(at);
+    }
+    return std::any_of(failure_reasons.begin(), failure_reasons.end(),
+                       [&](const FailureReason& row) {
+                           return row.types != field_sets::any && fits(row, type, log);
+                       });
 }
 
 std::string reason_of(std::string_view status) {

@@ -27,6 +27,12 @@ struct Explanation {
 Explanation explain(const ConnectionType& type, unsigned id, std::string_view log,
                     std::string_view library_reason);
 
+/// Explains why the terminal sees no window of a client whose log names no failure.
+Explanation explain_missing_window(const ConnectionType& type, unsigned id, std::string_view log);
+
+/// Whether the log since the client's start ends in words of this very type's client for a failure.
+bool names_failure(const ConnectionType& type, std::string_view log);
+
 /// The text behind a failure status; empty for "0", "1" and what is no base64.
 std::string reason_of(std::string_view status);
 

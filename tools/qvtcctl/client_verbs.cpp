@@ -7,7 +7,7 @@ namespace qvtc::qvtcctl {
 namespace {
 
 // clang-format off
-constexpr std::array<Verb, 4> table{{
+constexpr std::array<Verb, 5> table{{
     {"launch", "Start a connection's client",
      "Starts the client of a stored connection. A client of the same kind that is still running "
      "is ended first. With --wait it tells how that is getting on, until the connection is "
@@ -28,6 +28,14 @@ constexpr std::array<Verb, 4> table{{
      "of their kind is launched.",
      "qvtcctl cancel",
      define_cancel},
+    {"doctor", "Check a connection without starting it",
+     "Looks at everything that a stored connection needs, and starts nothing: its settings and "
+     "passwords, its server's name, port and certificate, its client, the screen, the sound, and "
+     "the marker files that change what it does. Each finding is ok, a warning or a problem, and "
+     "says what to do.",
+     "qvtcctl doctor 32\n"
+     "qvtcctl doctor 32 --json",
+     define_doctor},
     {"delay", "Show or set the delay before an automatic connection",
      "Shows the seconds that the terminal waits before it connects by itself, or sets them.",
      "qvtcctl delay\n"

@@ -8,6 +8,7 @@ namespace qvtc::qvtcctl {
 Run define_launch(CLI::App& app);
 Run define_status(CLI::App& app);
 Run define_cancel(CLI::App& app);
+Run define_doctor(CLI::App& app);
 Run define_delay(CLI::App& app);
 
 } // namespace qvtc::qvtcctl

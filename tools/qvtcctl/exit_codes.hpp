@@ -28,7 +28,7 @@ inline constexpr std::array<ExitCodeRow, 7> exit_codes{{
     {ExitCode::not_done,          "not-done",          "The terminal did not do it, although what was asked is sound."},
     {ExitCode::bad_usage,         "bad-usage",         "Bad usage, or a value that was refused. Nothing was changed."},
     {ExitCode::not_found,         "not-found",         "There is no such connection. Nothing was changed."},
-    {ExitCode::connection_failed, "connection-failed", "The connection failed. For status also: its client is not running."},
+    {ExitCode::connection_failed, "connection-failed", "The connection failed. For status also: its client is not running. For doctor: there is a problem."},
     {ExitCode::timeout,           "timeout",           "No outcome yet. For launch --wait: none within the time given."},
     {ExitCode::not_possible,      "not-possible",      "Not possible here: not root, or not a terminal of this kind."},
 }};

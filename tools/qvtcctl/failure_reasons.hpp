@@ -32,6 +32,7 @@ inline constexpr auto failure_reasons = [] {
         {rdp, "Invalid sigil", "", "The client did not understand its options, most often because of a blank in the name.", "Give a name without blanks: \"qvtcctl connection set {id} name=NAME\"."},
         {any, "failed to open display", "", "The client could not open the terminal's screen.", "Check that the X server runs on display :0."},
         {any, "annot open display", "", "The client could not open the terminal's screen.", "Check that the X server runs on display :0."},
+        {any, "an't open display", "", "The client could not open the terminal's screen.", "Check that the X server runs on display :0."},
         {any, "no DISPLAY environment variable", "", "The client was not told which screen to use.", "Start it from a program that has DISPLAY=:0 in its environment."},
         {rdp, "ERRCONNECT_DNS_NAME_NOT_FOUND", "", "The server's name could not be found.", "Check serverAddress, and the terminal's name server."},
         {rdp, "ERRCONNECT_DNS_ERROR", "", "The server's name could not be found.", "Check serverAddress, and the terminal's name server."},
@@ -88,6 +89,7 @@ inline constexpr auto failure_reasons = [] {
         {rdp, "ERRCONNECT_CONNECT_TRANSPORT_FAILED", "", "The connection to the server broke.", check_address},
         {rdp, "ERRCONNECT_CONNECT_FAILED", "", "The server could not be reached: there is no way to it, or it did not answer.", check_address},
         {any, "No route to host", "", "There is no way to the server.", check_address},
+        {any, "Network is unreachable", "", "There is no way to the server.", check_address},
         {rdp, "unable to connect to", "", "The server could not be reached.", check_address},
         {rdp, "ERRCONNECT_MCS_CONNECT_INITIAL_ERROR", "", "The server refused the session.", ask_server},
         {rdp, "ERRCONNECT_ACTIVATION_TIMEOUT", "", "The server took too long to start the session.", ask_server},
@@ -100,11 +102,13 @@ inline constexpr auto failure_reasons = [] {
         // Other clients.
         {spice, "openssl_verify: Error in certificate chain verification", "", "The server's certificate is not trusted.", "Check the server's certificate and the one that the terminal holds for it."},
         {spice, "main channel: auth failure", "", "The server refused the password.", "Enter the password in the viewer's window."},
+        {spice, "main channel: failed to connect", "Connection refused", "Nothing answered at the server's port. Probably it is closed, or the server is switched off.", check_address},
+        {spice, "main channel: failed to connect", "Error resolving", "The server's name could not be found.", "Check serverAddress, and the terminal's name server."},
         {spice, "main channel: failed to connect", "", "The server could not be reached.", check_address},
         {vnc, "uthentication failure", "", "The server refused the password.", "Check it: \"qvtcctl connection set {id} --password\"."},
         {vnc, "password check failed", "", "The server refused the password.", "Check it: \"qvtcctl connection set {id} --password\"."},
         {any, "Connection refused", "", "Nothing answered at the server's port. Probably it is closed, or the server is switched off.", check_address},
-        {vnc, "unable to resolve host by name", "", "The server's name could not be found.", "Check serverAddress, and the terminal's name server."},
+        {vnc, "unable to resolve host by name", "", "The server's name could not be found.", "Check serverAddress and the terminal's name server. Remove a stored password, which the viewer takes for the beginning of the address: \"qvtcctl connection set {id} password=\"."},
         {any, "Name or service not known", "", "The server's name could not be found.", "Check serverAddress, and the terminal's name server."},
         {vnc, "unable to connect to socket", "", "The server could not be reached.", check_address},
         // What the library itself says.
@@ -115,6 +119,23 @@ inline constexpr auto failure_reasons = [] {
         {rdp, "An error occurred", "", "The client reports an error.", ask_server},
     });
 }();
+
+/// The same for clients that the terminal sees no window of, although they have not failed. Looked
+/// at when no reason of the first table fits.
+inline constexpr auto missing_window_reasons = std::to_array<FailureReason>({
+    {field_sets::vnc, "Using pixel format", "", "The viewer is connected, but its window does not say \"vncviewer\", by which the terminal would know it.", "Look at the terminal's screen. To have it known, let the server call its desktop something that holds \"vncviewer\"."},
+    {field_sets::vnc, "Choosing security type VncAuth(2)", "", "The viewer asks for the server's password on the terminal's screen.", "Enter the password there."},
+});
+
+/// What a client writes when its connection is there; a failure before that is past.
+struct SuccessWords {
+    TypeSet types;
+    std::string_view words;
+};
+inline constexpr auto success_words = std::to_array<SuccessWords>({
+    {field_sets::spice, "main channel: opened"},
+    {field_sets::vnc, "Using pixel format"},
+});
 // clang-format on
 
 } // namespace qvtc::qvtcctl

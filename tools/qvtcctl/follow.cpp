@@ -1,8 +1,10 @@
 #include "qvtcctl/follow.hpp"
 
 #include "qvtcctl/client_status_file.hpp"
+#include "qvtcctl/installed.hpp"
 #include "qvtcctl/processes.hpp"
 #include "qvtcctl/system_log.hpp"
+#include "qvtcctl/text.hpp"
 
 #include <algorithm>
 #include <thread>
@@ -30,18 +32,6 @@ struct BeforeLaunch {
     Clock::time_point start;
 };
 
-Look look_at(const Device& device, const ConnectionType& type, unsigned id,
-             const BeforeLaunch& before) {
-    Look look;
-    look.status = device.client_status(id);
-    look.client_runs = !running_processes(type.process).empty();
-    if (look.client_runs) look.window = look_for_window(type.window);
-    look.verdict = before.status_file.new_verdict();
-    look.since_launch =
-        std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - before.start);
-    return look;
-}
-
 /// The RDP launcher begins its log anew; the others add to theirs, and VNC's has no start marks.
 std::string words_since_launch(const ConnectionType& type, const BeforeLaunch& before) {
     if (type.log.empty()) return "";
@@ -49,6 +39,27 @@ std::string words_since_launch(const ConnectionType& type, const BeforeLaunch& b
                                 ? file_tail(std::string(type.log), log_limit)
                                 : before.client_log.added();
     return std::string(since_last_start(log));
+}
+
+/// The launcher's own line is no word of the client's.
+bool holds_client_words(std::string_view log) {
+    const std::size_t end_of_mark = log.starts_with('[') ? log.find('\n') : 0;
+    return end_of_mark != std::string_view::npos && !is_blank(log.substr(end_of_mark));
+}
+
+Look look_at(const Device& device, const ConnectionType& type, unsigned id,
+             const BeforeLaunch& before) {
+    Look look;
+    look.status = device.client_status(id);
+    look.client_runs = !running_processes(type.process).empty();
+    if (look.client_runs) look.window = look_for_window(type.window);
+    look.verdict = before.status_file.new_verdict();
+    const std::string words = words_since_launch(type, before);
+    look.log_names_failure = names_failure(type, words);
+    look.client_talks = holds_client_words(words);
+    look.since_launch =
+        std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - before.start);
+    return look;
 }
 
 /// What the library wrote when it gave the launch up before it started a client; else empty.
@@ -66,20 +77,20 @@ Explanation explain_given_up(const ConnectionType& type, unsigned id,
     return told;
 }
 
-/// Says first that there was no window, when nothing better is known.
-Explanation without_window(const ConnectionType& type, Explanation told) {
+/// Why a client of which the terminal has seen no window has failed.
+Explanation without_window(const ConnectionType& type, unsigned id, std::string_view log,
+                           Explanation told) {
     if (told.known) return told;
-    told.means =
-        fmt::format("No window of the {} client (one that says \"{}\") appeared within ten "
-                    "seconds. {}",
-                    type.title, type.window, told.means);
-    return told;
+    if (is_installed(type.process)) return explain_missing_window(type, id, log);
+    return explain(type, id, "", "command not found"); // as its shell would say
 }
 
 Explanation explain_launch(const ConnectionType& type, unsigned id, const Look& look,
                            const BeforeLaunch& before) {
-    Explanation told = explain(type, id, words_since_launch(type, before), reason_of(look.status));
-    return look.verdict == WatcherVerdict::failed ? without_window(type, std::move(told)) : told;
+    const std::string words = words_since_launch(type, before);
+    Explanation told = explain(type, id, words, reason_of(look.status));
+    if (look.verdict != WatcherVerdict::failed) return told;
+    return without_window(type, id, words, std::move(told));
 }
 
 } // namespace
@@ -138,7 +149,8 @@ Standing standing_of(const Device& device, const ConnectionType& type, const Rec
     const std::string log = type.log.empty() ? "" : file_tail(std::string(type.log), log_limit);
     standing.last_words = explain(type, id, since_last_start(log), reason_of(look.status));
     if (look.verdict == WatcherVerdict::failed) {
-        standing.last_words = without_window(type, std::move(standing.last_words));
+        standing.last_words =
+            without_window(type, id, since_last_start(log), std::move(standing.last_words));
     }
     return standing;
 }

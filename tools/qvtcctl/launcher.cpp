@@ -1,5 +1,7 @@
 #include "qvtcctl/launcher.hpp"
 
+#include "qvtcctl/types.hpp"
+
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
@@ -47,6 +49,8 @@ void leave_the_terminal() {
     {
         // The library starts clients on the screen of its caller, and looks for them on :0.
         setenv("DISPLAY", ":0", 1);
+        // Without it SPICE's viewer keeps to itself what has become of the connection.
+        if (type_of_id(id) == find_type("spice")) setenv("G_MESSAGES_DEBUG", "virt-viewer", 0);
         const Quiet quiet(chatter);
         launched = qvlaunchclient(id) == 0 ? 1 : 0;
     }

@@ -23,6 +23,8 @@ std::string_view words_of(State state) {
         return "the client runs, waiting for its window";
     case State::ended:
         return "the client has ended, looking for the reason";
+    case State::connecting:
+        return "its window is open, waiting for the connection";
     case State::window_open:
         return "its window is open, making sure that it stays";
     case State::connected:
@@ -43,6 +45,8 @@ std::string_view name_of(State state) {
         return "waiting";
     case State::ended:
         return "ended";
+    case State::connecting:
+        return "connecting";
     case State::window_open:
         return "window-open";
     case State::connected:
@@ -92,14 +96,18 @@ State LaunchJudge::judge_by_window(const Look& look) {
 }
 
 State LaunchJudge::judge_by_verdict(const Look& look) {
-    const bool failure_told = !reason_of(look.status).empty();
-    const bool good = look.verdict == WatcherVerdict::connected && !failure_told;
+    const bool failure_told = !reason_of(look.status).empty() || look.log_names_failure;
+    const bool still_connecting = look.client_talks && look.status == "0";
+    const bool good =
+        look.verdict == WatcherVerdict::connected && !failure_told && !still_connecting;
     const Time good_for = verdict_good_.update(good, look.since_launch);
     const Time failing = failure_told_.update(failure_told, look.since_launch);
     if (look.verdict == WatcherVerdict::failed) return State::failed;
     if (failing >= settled_after) return State::failed;
     if (good_for >= settled_after) return State::connected;
-    return state_without_outcome(look);
+    const State state = state_without_outcome(look);
+    const bool not_there = still_connecting || failure_told;
+    return state == State::window_open && not_there ? State::connecting : state;
 }
 
 State LaunchJudge::state_without_outcome(const Look& look) {

@@ -14,6 +14,7 @@ enum class State {
     starting,    ///< no sign of the client yet
     waiting,     ///< the client runs, its window is not there
     ended,       ///< the client was there and has gone; it is not sure yet that it failed
+    connecting,  ///< its window is there, and it says that the connection is not
     window_open, ///< its window is there, but has not stayed long enough to be trusted
     connected,
     failed,
@@ -37,6 +38,8 @@ struct Look {
     bool client_runs = false;
     Sight window = Sight::unknown;
     WatcherVerdict verdict = WatcherVerdict::none;
+    bool log_names_failure = false; ///< as names_failure() has it
+    bool client_talks = false;      ///< its log holds words of its own since the launch
 };
 
 /// How long a window must have been there, and how long a client that still runs may contradict
@@ -47,7 +50,8 @@ inline constexpr std::chrono::milliseconds trusted_after{2000};
 ///
 /// The library's diagnosis of RDP says "connected" at every sixth question while the client runs,
 /// so that word is not believed: what counts is the client's window. For the other clients the
-/// watcher's verdict counts, unless the diagnosis has found a failure in the client's log.
+/// watcher's verdict counts, unless the client's log names a failure, or says (as SPICE's viewer
+/// does, whose window is there from the start) that the connection is not there yet.
 class LaunchJudge {
   public:
     explicit LaunchJudge(const ConnectionType& type) : type_(type) {}

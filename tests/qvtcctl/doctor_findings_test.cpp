@@ -1,0 +1,309 @@
+#include "qvtcctl/doctor_findings.hpp"
+
+#include "support/support.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+using Values = std::vector<std::pair<std::string_view, std::string>>;
+using enum Health;
+
+constexpr std::time_t now = 1'795'000'000;
+constexpr std::time_t day = 24L * 60 * 60;
+
+Record record_of(const Values& values) {
+    Record record;
+    for (const auto& [field, value] : values) record[*find_field(field)] = value;
+    return record;
+}
+
+const Values office{{"serverAddress", "10.0.0.5"},
+                    {"username", "anna"},
+                    {"password", "c2VjcmV0"},
+                    {"colorDepth", "32"}};
+
+Values with(Values values, const Values& more) {
+    values.insert(values.end(), more.begin(), more.end());
+    return values;
+}
+
+/// A server at which everything is in order.
+ServerFacts healthy_server(const ServerAddress& address) {
+    ServerFacts facts;
+    facts.address = address;
+    facts.resolution.addresses = {address.host};
+    facts.answer = PortAnswer::answered;
+    facts.certificate_looked_for = address.tls;
+    if (address.tls) {
+        facts.certificate =
+            Certificate{"CN = h", "Jan  1 00:00:00 2030 GMT", now + 900 * day, 0, ""};
+    }
+    return facts;
+}
+
+DoctorFacts healthy(std::string_view type, const Record& record) {
+    DoctorFacts facts;
+    if (const auto address = server_of(*find_type(type), record)) {
+        facts.server = healthy_server(*address);
+    }
+    facts.now = now;
+    return facts;
+}
+
+std::vector<Finding> findings(std::string_view type, const Values& values,
+                              const DoctorFacts& facts) {
+    return findings_on(*find_type(type), first_id(*find_type(type)), record_of(values), facts);
+}
+
+/// What was found of one thing, as "problem: text".
+std::vector<std::string> told_of(std::string_view check, const std::vector<Finding>& findings) {
+    std::vector<std::string> told;
+    for (const Finding& finding : findings) {
+        if (finding.check != check) continue;
+        told.push_back(std::string(name_of(finding.health)) + ": " + finding.text);
+    }
+    return told;
+}
+
+using Told = std::vector<std::string>;
+
+/// What is found when the healthy terminal is changed.
+template <typename Change>
+Told told_when(std::string_view check, std::string_view type, const Values& values, Change change) {
+    DoctorFacts facts = healthy(type, record_of(values));
+    change(facts);
+    return told_of(check, findings(type, values, facts));
+}
+
+TEST(QvtcctlDoctorFindings, OfAHealthyConnectionAreAllOk) {
+    const Record record = record_of(office);
+    const std::vector<Finding> all = findings("rdp", office, healthy("rdp", record));
+    EXPECT_EQ(worst_of(all), ok);
+    Told checks;
+    for (const Finding& finding : all) {
+        checks.emplace_back(finding.check);
+        EXPECT_EQ(finding.advice, "") << finding.text;
+    }
+    EXPECT_EQ(checks, (Told{"settings", "password", "name", "port", "client", "screen", "sound",
+                            "marker file"}));
+}
+
+TEST(QvtcctlDoctorFindings, SayWhatToDoWheneverSomethingIsNotOk) {
+    const Values broken{{"username", "anna"},        {"password", "abcde"},
+                        {"useRdGateway", "on"},      {"rdpPort", "3390"},
+                        {"redirectAudio", "on"},     {"usbRedirection", "on"},
+                        {"rdGatewayPassword", "abc"}};
+    DoctorFacts facts;
+    facts.server = ServerFacts{{"h", 3389}, {{"10.0.0.5"}}, PortAnswer::silent, false, {}};
+    facts.gateway = ServerFacts{{"g", 443, true}, {{"10.0.0.6"}}, PortAnswer::answered, true, {}};
+    facts.client_installed = facts.screen_answers = facts.sound_runs = false;
+    facts.markers = {"/home/root/usbdenied"};
+    facts.now = now;
+    const std::vector<Finding> all = findings("rdp", broken, facts);
+    EXPECT_EQ(worst_of(all), problem);
+    for (const Finding& finding : all) {
+        EXPECT_TRUE(finding.text.ends_with('.')) << finding.text;
+        EXPECT_EQ(finding.advice.empty(), finding.health == ok) << finding.text;
+    }
+    EXPECT_GE(
+        std::count_if(all.begin(), all.end(), [](const Finding& f) { return f.health != ok; }), 10);
+}
+
+TEST(QvtcctlDoctorFindings, OfTheSettingsGoByTheClient) {
+    const auto nothing = [](DoctorFacts&) {};
+    EXPECT_EQ(told_when("settings", "rdp", office, nothing),
+              Told{"ok: The client gets all that it needs."});
+    EXPECT_EQ(told_when("settings", "rdp", {{"serverAddress", "10.0.0.5"}}, nothing).size(), 1U);
+    EXPECT_TRUE(told_when("settings", "rdp", {{"serverAddress", "10.0.0.5"}}, nothing)
+                    .front()
+                    .starts_with("problem: colorDepth is missing"));
+    EXPECT_TRUE(
+        told_when("settings", "vnc", {}, nothing).front().starts_with("problem: serverAddress"));
+    EXPECT_EQ(told_when("settings", "vnc", {{"serverAddress", "h"}}, nothing),
+              Told{"problem: serverAddress has fewer than 4 characters, which the library takes "
+                   "for none."});
+    EXPECT_EQ(told_when("settings", "vnc", {{"serverAddress", "h.lan"}, {"port", "5901"}}, nothing),
+              (Told{"ok: The client gets all that it needs.",
+                    "warning: port is stored, but the VNC client does not get it: write "
+                    "serverAddress=ADDRESS::PORT."}));
+}
+
+TEST(QvtcctlDoctorFindings, OfThePasswordsSayWhetherTheyCanBeDecoded) {
+    struct Case {
+        std::string_view type;
+        Values values;
+        Told told;
+    };
+    const Case cases[] = {
+        {"rdp", office, {"ok: The stored password can be decoded."}},
+        {"rdp", {}, {"ok: None is stored, and no user name."}},
+        {"rdp",
+         {{"username", "anna"}},
+         {"warning: A user name is stored, and no password for it."}},
+        {"horizon",
+         {{"password", "abcde"}},
+         {"problem: The stored password cannot be decoded; the client would not be started."}},
+        {"horizon",
+         {{"password", "ab=c"}},
+         {"problem: The stored password cannot be decoded; the client would be given another "
+          "one."}},
+        {"rdp",
+         with(office, {{"rdGatewayPassword", "x"}}),
+         {"ok: The stored password can be decoded.",
+          "problem: The stored rdGatewayPassword cannot be decoded; the client would not be "
+          "started."}},
+        {"vnc",
+         {{"password", "secret"}},
+         {"problem: The viewer takes a stored password for the beginning of the address."}},
+        {"vnc", {}, {}},
+        {"spice", {{"password", "abcde"}}, {}},
+        {"web", {{"password", "abcde"}}, {}},
+    };
+    for (const Case& each : cases) {
+        EXPECT_EQ(told_when("password", each.type, each.values, [](DoctorFacts&) {}), each.told)
+            << each.type;
+    }
+}
+
+TEST(QvtcctlDoctorFindings, OfTheNameSayWhatItIs) {
+    const auto name = [](auto change) { return told_when("name", "rdp", office, change); };
+    EXPECT_EQ(name([](DoctorFacts&) {}), Told{"ok: 10.0.0.5 is an address."});
+    EXPECT_EQ(name([](DoctorFacts& facts) {
+                  facts.server->address.host = "h.lan";
+                  facts.server->resolution = {{"10.0.0.5", "10.0.0.6"}, true, false};
+              }),
+              Told{"ok: h.lan is 10.0.0.5, 10.0.0.6."});
+    EXPECT_EQ(name([](DoctorFacts& facts) {
+                  facts.server->resolution = {{}, true, false};
+              }),
+              Told{"problem: The name 10.0.0.5 is not known."});
+    EXPECT_EQ(name([](DoctorFacts& facts) {
+                  facts.server->resolution = {{}, true, true};
+              }),
+              Told{"problem: No name server answers, asked for 10.0.0.5."});
+    EXPECT_EQ(name([](DoctorFacts& facts) { facts.server.reset(); }),
+              Told{"ok: The address names no server."});
+    // What could not be asked is not told.
+    EXPECT_EQ(told_when("port", "rdp", office,
+                        [](DoctorFacts& facts) { facts.server->resolution.addresses.clear(); }),
+              Told{});
+}
+
+TEST(QvtcctlDoctorFindings, OfThePortSayWhoAnswers) {
+    const std::pair<std::optional<PortAnswer>, const char*> cases[] = {
+        {PortAnswer::answered, "ok: Port 3389 of 10.0.0.5 answers."},
+        {PortAnswer::refused, "problem: Nothing listens at port 3389 of 10.0.0.5."},
+        {PortAnswer::unreachable, "problem: There is no way to port 3389 of 10.0.0.5."},
+        {PortAnswer::silent, "problem: Nothing comes back from port 3389 of 10.0.0.5."},
+        {std::nullopt, "ok: Not tried: no port is known for this type."},
+    };
+    for (const auto& [answer, told] : cases) {
+        EXPECT_EQ(
+            told_when("port", "rdp", office,
+                      [answer = answer](DoctorFacts& facts) { facts.server->answer = answer; }),
+            Told{told});
+    }
+}
+
+TEST(QvtcctlDoctorFindings, OfTheCertificateSayHowGoodItIs) {
+    const Values page{{"serverAddress", "https://h.lan/"}};
+    const auto certificate = [&](auto change) {
+        return told_when("certificate", "web", page,
+                         [&](DoctorFacts& facts) { change(*facts.server); });
+    };
+    EXPECT_EQ(certificate([](ServerFacts&) {}),
+              Told{"ok: That of CN = h, valid until Jan  1 00:00:00 2030 GMT."});
+    EXPECT_EQ(certificate([](ServerFacts& facts) { facts.certificate->expires_at = now - 1; }),
+              Told{"problem: That of CN = h has expired: Jan  1 00:00:00 2030 GMT."});
+    EXPECT_EQ(
+        certificate([](ServerFacts& facts) { facts.certificate->expires_at = now + 5 * day; }),
+        Told{"warning: That of CN = h expires in 5 days: Jan  1 00:00:00 2030 GMT."});
+    EXPECT_EQ(certificate([](ServerFacts& facts) {
+                  facts.certificate->fault = 18;
+                  facts.certificate->fault_text = "self-signed certificate";
+              }),
+              Told{"warning: That of CN = h, valid until Jan  1 00:00:00 2030 GMT is not trusted: "
+                   "self-signed certificate."});
+    EXPECT_EQ(certificate([](ServerFacts& facts) { facts.certificate.reset(); }),
+              Told{"problem: Port 443 of h.lan does not speak TLS."});
+    EXPECT_EQ(certificate([](ServerFacts& facts) { facts.certificate_looked_for = false; }),
+              Told{"ok: Not looked at: openssl is not installed."});
+    EXPECT_EQ(certificate([](ServerFacts& facts) { facts.answer = PortAnswer::refused; }), Told{});
+    EXPECT_EQ(told_when("certificate", "rdp", office, [](DoctorFacts&) {}), Told{});
+}
+
+TEST(QvtcctlDoctorFindings, OfAGatewayComeBeforeTheServers) {
+    const auto told = [](std::string_view check) {
+        return told_when(check, "rdp", office, [](DoctorFacts& facts) {
+            facts.gateway = healthy_server({"10.0.0.9", 443, true});
+        });
+    };
+    EXPECT_EQ(told("name"), (Told{"ok: 10.0.0.9 is an address.", "ok: 10.0.0.5 is an address."}));
+    EXPECT_EQ(told("certificate").size(), 1U);
+}
+
+TEST(QvtcctlDoctorFindings, OfTheTerminalSayWhatIsMissing) {
+    EXPECT_EQ(told_when("client", "rdp", office,
+                        [](DoctorFacts& facts) { facts.client_installed = false; }),
+              Told{"problem: xfreerdp is not installed."});
+    EXPECT_EQ(told_when("screen", "rdp", office,
+                        [](DoctorFacts& facts) { facts.screen_answers = false; }),
+              Told{"problem: Display :0 could not be asked for its windows."});
+    const auto silent = [](DoctorFacts& facts) { facts.sound_runs = false; };
+    EXPECT_EQ(told_when("sound", "rdp", office, silent),
+              Told{"ok: PulseAudio does not run; this connection does not ask for it."});
+    EXPECT_EQ(told_when("sound", "rdp", with(office, {{"redirectAudio", "on"}}), silent),
+              Told{"warning: PulseAudio does not run; unless the launch can start it, there is no "
+                   "sound."});
+    // Where the front-end starts the client, nothing is known of what it needs.
+    const Values farm{{"serverAddress", "c.lan"}};
+    EXPECT_EQ(told_when("client", "citrix", farm, [](DoctorFacts&) {}),
+              Told{"ok: The terminal's front-end starts its client."});
+    EXPECT_EQ(told_when("screen", "citrix", farm, [](DoctorFacts&) {}), Told{});
+}
+
+TEST(QvtcctlDoctorFindings, NameTheMarkerFilesThatChangeThisConnection) {
+    const auto all = [](DoctorFacts& facts) {
+        for (const MarkerFile& marker : marker_files) facts.markers.insert(marker.path);
+    };
+    const std::pair<std::string_view, std::size_t> cases[] = {
+        {"rdp", 5}, {"spice", 2}, {"horizon", 1}, {"vnc", 1}, {"web", 1}};
+    for (const auto& [type, count] : cases) {
+        EXPECT_EQ(told_when("marker file", type, {}, all).size(), count) << type;
+    }
+    EXPECT_EQ(told_when("marker file", "web", {}, all),
+              Told{"ok: None that would change this connection."});
+    EXPECT_EQ(told_when("marker file", "horizon", {}, all),
+              Told{"ok: /etc/X11/clone is there. The screens are mirrored, so monitorSelect has no "
+                   "effect."});
+    for (const std::string_view field : {"usbRedirection", "localStorage"}) {
+        EXPECT_TRUE(told_when("marker file", "rdp", {{field, "on"}}, all)
+                        .front()
+                        .starts_with("warning: /home/root/usbdenied is there."));
+    }
+    EXPECT_TRUE(told_when("marker file", "spice", {{"useRedirect", "on"}}, all)
+                    .front()
+                    .starts_with("warning: "));
+    EXPECT_TRUE(told_when("marker file", "spice", {{"useRedirect", "off"}}, all)
+                    .front()
+                    .starts_with("ok: "));
+}
+
+TEST(QvtcctlDoctorFindings, ShowHostileTextsWithoutTheirControlCharacters) {
+    DoctorFacts facts = healthy("rdp", record_of(office));
+    facts.server->address = {"\x1b[2Jh", 443, true};
+    facts.server->resolution = {{"10.0.0.5"}, true, false};
+    facts.server->certificate_looked_for = true;
+    facts.server->certificate = Certificate{"CN = \x1b[2J", "\x07", std::nullopt, 18, "\x1b"};
+    for (const Finding& finding : findings("rdp", office, facts)) {
+        EXPECT_EQ(finding.text.find_first_of("\x1b\x07"), std::string::npos) << finding.text;
+    }
+}
+
+} // namespace
+} // namespace qvtc::qvtcctl

@@ -1,0 +1,134 @@
+#include "qvtcctl/client_verbs.hpp"
+#include "qvtcctl/device.hpp"
+#include "qvtcctl/doctor_findings.hpp"
+#include "qvtcctl/installed.hpp"
+#include "qvtcctl/processes.hpp"
+#include "qvtcctl/windows.hpp"
+
+#include <algorithm>
+#include <memory>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <unistd.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto longest_resolution = 5s;
+constexpr auto longest_answer = 3s;
+constexpr std::size_t most_addresses = 2; ///< that are tried before the port counts as closed
+
+// ------------------------------------------------------------------ looking
+
+PortAnswer answer_of(const ServerFacts& facts) {
+    PortAnswer answer = PortAnswer::unreachable;
+    const std::size_t count = std::min(facts.resolution.addresses.size(), most_addresses);
+    for (std::size_t i = 0; i < count && answer != PortAnswer::answered; ++i) {
+        answer = try_port(facts.resolution.addresses[i], facts.address.port, longest_answer);
+    }
+    return answer;
+}
+
+std::optional<ServerFacts> look_at(const std::optional<ServerAddress>& address) {
+    if (!address) return std::nullopt;
+    ServerFacts facts;
+    facts.address = *address;
+    facts.resolution = resolve(address->host, longest_resolution);
+    if (address->port == 0 || facts.resolution.addresses.empty()) return facts;
+    facts.answer = answer_of(facts);
+    facts.certificate_looked_for =
+        address->tls && facts.answer == PortAnswer::answered && is_installed("openssl");
+    if (facts.certificate_looked_for) facts.certificate = certificate_of(*address);
+    return facts;
+}
+
+DoctorFacts look_around(const ConnectionType& type, const Record& record) {
+    DoctorFacts facts;
+    facts.server = look_at(server_of(type, record));
+    facts.gateway = look_at(gateway_of(type, record));
+    facts.client_installed = is_installed(type.process);
+    facts.screen_answers = look_for_window("") != Sight::unknown;
+    facts.sound_runs = !running_processes("pulseaudio").empty();
+    for (const MarkerFile& marker : marker_files) {
+        if (access(std::string(marker.path).c_str(), F_OK) == 0) facts.markers.insert(marker.path);
+    }
+    facts.now = std::time(nullptr);
+    return facts;
+}
+
+// ------------------------------------------------------------------ telling
+
+std::string findings_text(const std::vector<Finding>& findings) {
+    std::string text;
+    for (const Finding& finding : findings) {
+        text +=
+            fmt::format("  {:<9}{:<13}{}\n", name_of(finding.health), finding.check, finding.text);
+        if (!finding.advice.empty()) {
+            text += fmt::format("  {:<22}What to do: {}\n", "", finding.advice);
+        }
+    }
+    return text;
+}
+
+std::string counted(std::size_t count, std::string_view what) {
+    return fmt::format("{} {}{}", count == 0 ? "no" : std::to_string(count), what,
+                       count == 1 ? "" : "s");
+}
+
+std::string summary(const std::vector<Finding>& findings) {
+    const auto count = [&](Health health) {
+        return static_cast<std::size_t>(
+            std::count_if(findings.begin(), findings.end(),
+                          [health](const Finding& finding) { return finding.health == health; }));
+    };
+    return fmt::format("{}, {}", counted(count(Health::problem), "problem"),
+                       counted(count(Health::warning), "warning"));
+}
+
+Json findings_json(const std::vector<Finding>& findings) {
+    Json list = json_list();
+    for (const Finding& finding : findings) {
+        Json row = json_map();
+        add(row, "result", name_of(finding.health));
+        add(row, "check", finding.check);
+        add(row, "text", finding.text);
+        add(row, "advice", finding.advice);
+        append(list, std::move(row));
+    }
+    return list;
+}
+
+Answer answer_on(unsigned id, const ConnectionType& type, const Record& record,
+                 const std::vector<Finding>& findings) {
+    Answer answer;
+    const Health worst = worst_of(findings);
+    answer.code = worst == Health::problem ? ExitCode::connection_failed : ExitCode::done;
+    answer.text = fmt::format("Connection {}, {}: {}\n{}", label_of(id, record), type.title,
+                              summary(findings), findings_text(findings));
+    answer.json = json_map();
+    add_number(answer.json, "id", id);
+    add(answer.json, "type", type.name);
+    add(answer.json, "name", record.name());
+    add(answer.json, "result", name_of(worst));
+    add(answer.json, "findings", findings_json(findings));
+    return answer;
+}
+
+} // namespace
+
+Run define_doctor(CLI::App& app) {
+    auto text = std::make_shared<std::string>();
+    app.add_option("ID", *text, "number of the connection")->required();
+    return [text](const Context& context) {
+        const unsigned id = require_id(*text);
+        const ConnectionType& type = require_type_of_id(id);
+        const Record record = Device(context.chatter()).record(id);
+        return answer_on(id, type, record,
+                         findings_on(type, id, record, look_around(type, record)));
+    };
+}
+
+} // namespace qvtc::qvtcctl

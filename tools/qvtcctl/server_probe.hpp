@@ -1,0 +1,29 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace qvtc::qvtcctl {
+
+/// What became of a name.
+struct Resolution {
+    std::vector<std::string> addresses; ///< as numbers; empty when the name is not known
+    bool was_name = false;              ///< false: it is an address itself
+    bool timed_out = false;             ///< no name server has answered
+};
+
+/// Asks the system for the addresses of a host.
+Resolution resolve(const std::string& host, std::chrono::milliseconds longest);
+
+enum class PortAnswer {
+    answered,
+    refused,
+    unreachable, ///< there is no way to the address
+    silent       ///< nothing came back in time
+};
+
+/// Opens a connection and closes it again.
+PortAnswer try_port(const std::string& address, unsigned port, std::chrono::milliseconds longest);
+
+} // namespace qvtc::qvtcctl

@@ -85,7 +85,7 @@ TEST_F(Refresh, ATextTooLongForACommandLineIsRefused) {
     test::forget_commands();
     EXPECT_EQ(qvsetdisplayrefresh(json_of(100000).c_str()), -1);
     EXPECT_EQ(test::recorded_commands(), Texts{});
-    EXPECT_EQ(test::log_lines(), Texts{"[ERROR] @write_numbered value 87 is too long"});
+    EXPECT_EQ(test::log_lines(), Texts{"[ERROR] @qvwritedb value of 87 too long: 100000 bytes"});
 }
 
 } // namespace qvtc::display

@@ -23,6 +23,7 @@ TEST(ClockJourney, ATimeByHandIsOneThatDateUnderstands) {
     // The terminal may not set its clock: what date says of the text is what can be seen.
     const Output understood = output_of("date -s '2026-12-31 23:59' 2>/dev/null");
     EXPECT_EQ(understood.text.substr(0, 14), "Thu Dec 31 23:");
+    forget_commands();
     ASSERT_EQ(qvsetdatetime("useNTP=off&systemTime=2026-12-31 23:59&region=Etc&city=UTC"), -1);
     EXPECT_EQ(recorded_commands().front(), "date -s \"2026-12-31 23:59\"");
 }

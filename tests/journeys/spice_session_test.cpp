@@ -97,6 +97,7 @@ TEST_F(SpiceSession, ControlSaysThatItIsConnectedOnlyWhenItIs) {
     const Output output = output_of(QVTC_CONTROL " launch --wait 64 2>&1");
     EXPECT_EQ(output.status, 0) << output.text;
     EXPECT_NE(read_file(viewer_log).find("main channel: opened"), std::string::npos);
+    EXPECT_EQ(output_of(QVTC_CONTROL " status 64").text, "Connection 64 (machine): connected\n");
 }
 
 TEST_F(SpiceSession, ControlSaysThatNoServerIsThere) {
@@ -123,6 +124,8 @@ TEST_F(SpiceSession, ControlSaysThatThePasswordIsRefused) {
     EXPECT_EQ(output.status, 4);
     EXPECT_NE(output.text.find("The server refused the password."), std::string::npos)
         << output.text;
+    EXPECT_TRUE(
+        output_of(QVTC_CONTROL " status 64").text.starts_with("Connection 64 (machine): failed"));
 }
 
 // Deliberate: no process is called "remote-view", so the former viewer stays.

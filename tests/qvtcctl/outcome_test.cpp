@@ -147,6 +147,12 @@ TEST(QvtcctlOutcome, OneLookTellsHowAConnectionStands) {
         {"vnc", other_look(connected, false, Sight::unknown, WatcherVerdict::connected),
          State::not_running},
     };
+    Look talking = other_look(no_outcome, true, Sight::seen, WatcherVerdict::connected);
+    talking.client_talks = true;
+    EXPECT_EQ(state_of(*find_type("spice"), talking), State::connecting);
+    EXPECT_EQ(state_of(*find_type("rdp"), talking), State::connected);
+    talking.log_names_failure = true;
+    EXPECT_EQ(state_of(*find_type("spice"), talking), State::failed);
     for (const Case& c : cases) EXPECT_EQ(state_of(*find_type(c.type), c.look), c.state) << c.type;
 }
 

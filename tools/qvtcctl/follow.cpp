@@ -4,7 +4,6 @@
 #include "qvtcctl/installed.hpp"
 #include "qvtcctl/processes.hpp"
 #include "qvtcctl/system_log.hpp"
-#include "qvtcctl/text.hpp"
 
 #include <algorithm>
 #include <thread>
@@ -41,10 +40,10 @@ std::string words_since_launch(const ConnectionType& type, const BeforeLaunch& b
     return std::string(since_last_start(log));
 }
 
-/// The launcher's own line is no word of the client's.
-bool holds_client_words(std::string_view log) {
-    const std::size_t end_of_mark = log.starts_with('[') ? log.find('\n') : 0;
-    return end_of_mark != std::string_view::npos && !is_blank(log.substr(end_of_mark));
+/// SPICE's viewer, when it has been asked to tell what it does.
+bool viewer_talks(const ConnectionType& type, std::string_view log) {
+    return type.number == QVTC_TYPE_SPICE &&
+           log.find("virt-viewer-DEBUG") != std::string_view::npos;
 }
 
 Look look_at(const Device& device, const ConnectionType& type, unsigned id,
@@ -56,7 +55,7 @@ Look look_at(const Device& device, const ConnectionType& type, unsigned id,
     look.verdict = before.status_file.new_verdict();
     const std::string words = words_since_launch(type, before);
     look.log_names_failure = names_failure(type, words);
-    look.client_talks = holds_client_words(words);
+    look.client_talks = viewer_talks(type, words);
     look.since_launch =
         std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - before.start);
     return look;
@@ -142,11 +141,15 @@ Standing standing_of(const Device& device, const ConnectionType& type, const Rec
     look.client_runs = ours;
     if (ours) look.window = look_for_window(type.window);
     look.verdict = ClientStatusFile::verdict();
+    const std::string log = type.log.empty() ? "" : file_tail(std::string(type.log), log_limit);
+    if (type.number == QVTC_TYPE_SPICE) { // of the others' logs it is not known where they begin
+        look.log_names_failure = names_failure(type, since_last_start(log));
+        look.client_talks = viewer_talks(type, since_last_start(log));
+    }
     Standing standing;
     standing.state = state_of(type, look);
     standing.window = look.window;
     standing.other_runs = !ours && !clients.empty();
-    const std::string log = type.log.empty() ? "" : file_tail(std::string(type.log), log_limit);
     standing.last_words = explain(type, id, since_last_start(log), reason_of(look.status));
     if (look.verdict == WatcherVerdict::failed) {
         standing.last_words =

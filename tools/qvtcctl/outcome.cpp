@@ -13,6 +13,11 @@ constexpr milliseconds settled_after{500};
 
 bool is_rdp(const ConnectionType& type) { return type.number == QVTC_TYPE_RDP; }
 
+/// A viewer that talks, of which the library knows no outcome yet.
+bool says_that_it_connects(const ConnectionType& type, const Look& look) {
+    return !is_rdp(type) && look.client_talks && look.status == "0";
+}
+
 } // namespace
 
 std::string_view words_of(State state) {
@@ -97,7 +102,7 @@ State LaunchJudge::judge_by_window(const Look& look) {
 
 State LaunchJudge::judge_by_verdict(const Look& look) {
     const bool failure_told = !reason_of(look.status).empty() || look.log_names_failure;
-    const bool still_connecting = look.client_talks && look.status == "0";
+    const bool still_connecting = says_that_it_connects(type_, look);
     const bool good =
         look.verdict == WatcherVerdict::connected && !failure_told && !still_connecting;
     const Time good_for = verdict_good_.update(good, look.since_launch);
@@ -118,9 +123,11 @@ State LaunchJudge::state_without_outcome(const Look& look) {
 
 State state_of(const ConnectionType& type, const Look& look) {
     if (!look.client_runs) return State::not_running;
-    const bool failure_told = !reason_of(look.status).empty();
+    const bool failure_told = !reason_of(look.status).empty() || look.log_names_failure;
     if (failure_told && (!is_rdp(type) || look.window != Sight::seen)) return State::failed;
-    if (look.window == Sight::seen) return State::connected;
+    if (look.window == Sight::seen) {
+        return says_that_it_connects(type, look) ? State::connecting : State::connected;
+    }
     if (!is_rdp(type) && look.verdict == WatcherVerdict::failed) return State::failed;
     return State::waiting;
 }

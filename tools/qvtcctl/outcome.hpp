@@ -39,7 +39,7 @@ struct Look {
     Sight window = Sight::unknown;
     WatcherVerdict verdict = WatcherVerdict::none;
     bool log_names_failure = false; ///< as names_failure() has it
-    bool client_talks = false;      ///< its log holds words of its own since the launch
+    bool client_talks = false;      ///< it tells in its log how its connection stands
 };
 
 /// How long a window must have been there, and how long a client that still runs may contradict

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <ctime>
 #include <json-c/json.h>
 #include <memory>
 #include <openssl/evp.h>
@@ -76,6 +77,17 @@ std::string stored_password(const std::string& password) {
     std::string text = base64_of(password);
     std::ranges::replace(text, '=', '+');
     return text;
+}
+
+int launch_within_a_second(unsigned id) {
+    const bool has_turned = wait_until([] {
+        timespec now{};
+        clock_gettime(CLOCK_REALTIME, &now);
+        constexpr long early = 100'000'000; // nanoseconds
+        return now.tv_nsec < early;
+    });
+    EXPECT_TRUE(has_turned);
+    return qvlaunchclient(id);
 }
 
 std::string status_of(unsigned id) {

@@ -41,7 +41,7 @@ TEST_F(SpiceSession, ComesUpAndIsSeenByTheWatcher) {
     const unsigned id = stored("5930");
     forget_commands();
 
-    ASSERT_EQ(qvlaunchclient(id), 0);
+    ASSERT_EQ(launch_within_a_second(id), 0);
 
     EXPECT_EQ(wait_for_verdict(), verdict_connected);
     EXPECT_TRUE(wait_until([&] { return status_of(id) == "1"; }, patience))
@@ -64,7 +64,7 @@ TEST_F(SpiceSession, ComesUpWithTheTerminalsUsbDevices) {
                                                        {"serverAddress", "127.0.0.1"},
                                                        {"port", "5930"},
                                                        {"useRedirect", "on"}});
-    ASSERT_EQ(qvlaunchclient(id), 0);
+    ASSERT_EQ(launch_within_a_second(id), 0);
     EXPECT_EQ(wait_for_verdict(), verdict_connected);
     EXPECT_TRUE(wait_until([&] { return status_of(id) == "1"; }, patience))
         << read_file(viewer_log);
@@ -74,7 +74,7 @@ TEST_F(SpiceSession, ComesUpWithTheTerminalsUsbDevices) {
 TEST_F(SpiceSession, WithoutAServerIsNamedByTheDiagnosisWhileTheWatcherSeesAWindow) {
     let_the_viewer_talk();
     const unsigned id = stored("5939");
-    ASSERT_EQ(qvlaunchclient(id), 0);
+    ASSERT_EQ(launch_within_a_second(id), 0);
     EXPECT_TRUE(wait_until([&] { return status_of(id).size() > 1; }, patience))
         << read_file(viewer_log);
     std::string tail = read_file(viewer_log);

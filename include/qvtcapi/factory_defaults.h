@@ -33,8 +33,6 @@ static const struct qvtc_factory_default qvtc_factory_defaults[] = {
     {"tc_config_param_18", "{'vnc':'off','password':''}", "remote view"},
 };
 
-enum {
-    QVTC_FACTORY_DEFAULTS = sizeof qvtc_factory_defaults / sizeof qvtc_factory_defaults[0]
-};
+enum { QVTC_FACTORY_DEFAULTS = sizeof qvtc_factory_defaults / sizeof qvtc_factory_defaults[0] };
 
 #endif

@@ -28,13 +28,4 @@ QVTC_EXPORT int addstatusitem(json_object* object, const char* text);
 QVTC_EXPORT json_object* getclientstatus(std::uint32_t id);
 /// Writes the whole text, however long, and gives `out` back.
 QVTC_EXPORT char* xfreerdp_status(char* out);
-
-// Switches for all connections of a kind.
-/// Only the low byte decides. 0 or -1.
-QVTC_EXPORT int qvsetvmwaretoolbar(int on);
-QVTC_EXPORT json_object* qvgetvmwaretoolbar();
-/// The status of the numbered store.
-QVTC_EXPORT int qvsethdxcamera(int on);
-/// Null unless another program has stored JSON.
-QVTC_EXPORT json_object* qvgethdxcamera();
 }

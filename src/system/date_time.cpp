@@ -36,7 +36,7 @@ class Params {
     ParamTable table_;
 };
 
-std::string or_else(std::string value, const char* otherwise) {
+std::string or_else(const std::string& value, const char* otherwise) {
     return value.empty() ? otherwise : value;
 }
 
@@ -48,7 +48,7 @@ std::string milliseconds_now() {
 
 /// The synchronisation that is asked for, as a getter tells it.
 std::string synchronisation_of(const Params& stored) {
-    const std::string value = stored["useNTP"];
+    std::string value = stored["useNTP"];
     if (value.size() <= 1) return "off";
     // Deliberate: to look at the settings brings the clock up to date, also
     // where the stored value is "off".

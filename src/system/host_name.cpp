@@ -10,8 +10,7 @@ namespace qvtc::system {
 
 std::string host_name() {
     constexpr std::size_t longest = host_name_size - 1;
-    if (const std::string chosen = cut(store::setting(store::keys::host_name), longest);
-        !chosen.empty())
+    if (std::string chosen = cut(store::setting(store::keys::host_name), longest); !chosen.empty())
         return chosen;
     const std::string identity = store::setting(store::keys::device_identity);
     if (identity.empty()) return nameless_host;

@@ -64,7 +64,6 @@ std::span<const Verb> volume_verbs();
 std::span<const Verb> sound_verbs();
 std::span<const Verb> network_verbs();
 std::span<const Verb> display_verbs();
-std::span<const Verb> power_verbs();
 std::span<const Verb> start_verbs();
 
 } // namespace qvtc::qvtcctl

@@ -265,8 +265,8 @@ TEST(VendorDataThreads, EveryCallGivesAWholeObject) {
             EXPECT_TRUE(whole.contains(text_of(vendor_data())));
             EXPECT_TRUE(whole.contains(text_of(vendor_marker())));
             EXPECT_TRUE(whole.contains(text_of(vendor_info())));
-            const std::string features = text_of(vendor_features());
-            EXPECT_TRUE(features == "null" || features == in_double_quotes(texts[1]));
+            const std::string told = text_of(vendor_features());
+            EXPECT_TRUE(told == "null" || told == in_double_quotes(texts[1]));
         }
     };
     std::thread other(ask);

@@ -66,8 +66,8 @@ TEST_F(Brightness, IsSetOnEveryConnectedOutputWithinItsBoundsAndStoredAsGiven) {
         xrandr.prints("VGA1 connected 1x1\nDP1 disconnected\nHDMI1 connected 1x1\n");
         test::forget_commands();
         // What the stand-in prints for the setting is of no interest.
-        test::capture_stdout(
-            [&] { EXPECT_EQ(qvsetmonitor(("brightness=" + std::string(asked)).c_str()), 0); });
+        const std::string params = std::string("brightness=") + asked;
+        test::capture_stdout([&] { EXPECT_EQ(qvsetmonitor(params.c_str()), 0); });
         const std::string end = std::string(" --brightness ") + set;
         EXPECT_EQ(test::recorded_command_details(),
                   (std::vector<test::RecordedCommand>{

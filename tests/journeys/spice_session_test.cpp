@@ -46,7 +46,9 @@ TEST_F(SpiceSession, ComesUpAndIsSeenByTheWatcher) {
     EXPECT_EQ(wait_for_verdict(), verdict_connected);
     EXPECT_TRUE(wait_until([&] { return status_of(id) == "1"; }, patience))
         << read_file(viewer_log);
-    EXPECT_NE(read_file(viewer_log).find("main channel: opened"), std::string::npos);
+    EXPECT_TRUE(wait_until(
+        [] { return read_file(viewer_log).find("main channel: opened") != std::string::npos; },
+        patience));
     // The machine's name, which only the server can tell.
     EXPECT_TRUE(wait_until([] { return has_window("\"QEMU"); }, patience));
     const std::vector<std::string> commands = recorded_commands();

@@ -100,7 +100,9 @@ json_object* qvgetwirelessconf() {
     });
 }
 
-int qvsetwirelessconf(const char* params) { return always_zero(params, network::set_wireless_conf); }
+int qvsetwirelessconf(const char* params) {
+    return always_zero(params, network::set_wireless_conf);
+}
 
 json_object* qvgetdefaultroute() { return handed_over(network::default_route); }
 

@@ -60,8 +60,7 @@ std::string fault_in_host_name(std::string_view name) {
     }
     for (;;) {
         const std::size_t dot = std::min(name.find('.'), name.size());
-        if (std::string fault = fault_in_label(name.substr(0, dot)); !fault.empty())
-            return fault;
+        if (std::string fault = fault_in_label(name.substr(0, dot)); !fault.empty()) return fault;
         if (dot == name.size()) return "";
         name.remove_prefix(dot + 1);
     }

@@ -117,7 +117,9 @@ TEST_F(DateTime, NoValueIsACommand) {
 
         set_date_time("useNTP=on&ntpHost=" + value);
         EXPECT_EQ(test::capture_stdout([] {
-                      std::system("sh -c '. /etc/default/ntpdate; printf %s \"$NTPSERVERS\"'");
+                      EXPECT_EQ(
+                          std::system("sh -c '. /etc/default/ntpdate; printf %s \"$NTPSERVERS\"'"),
+                          0);
                   }),
                   value);
         EXPECT_FALSE(test::file_exists("/tmp/owned")) << value;

@@ -89,7 +89,7 @@ TEST(UpdateScript, OneProcessDoesNotCountAsRunning) {
 TEST(UpdateScript, IsSeenWhileItRuns) {
     put_script("touch /tmp/running\nuntil [ -f /tmp/go ]; do sleep 0.05; done\n");
     ASSERT_FALSE(update_is_running());
-    std::system("cd /tmp/nfs/;sh -c './qvupdate.sh; true' &");
+    ASSERT_EQ(std::system("cd /tmp/nfs/;sh -c './qvupdate.sh; true' &"), 0);
     EXPECT_TRUE(test::wait_until([] { return test::file_exists("/tmp/running"); }));
     EXPECT_TRUE(update_is_running());
     test::write_file("/tmp/go", "");

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <gtest/gtest.h>
 
 namespace fs = std::filesystem;
 
@@ -44,8 +45,7 @@ void SoundCards::take_out(unsigned number) {
 std::string SoundCards::value(unsigned card, const std::string& control) {
     const std::string command = "/usr/local/bin/amixer -c " + std::to_string(card) +
                                 " cget name='" + control + "' 2>&1 | sed -n 's/^  : values=//p'";
-    const std::string text =
-        capture_stdout([&] { static_cast<void>(std::system(command.c_str())); });
+    const std::string text = capture_stdout([&] { EXPECT_NE(std::system(command.c_str()), -1); });
     return text.empty() ? text : text.substr(0, text.size() - 1);
 }
 

@@ -41,7 +41,7 @@ class Reader {
     }
 
   private:
-    static constexpr std::string_view special = "|&;<>()$`*?[]{}\n";
+    static constexpr std::string_view special = "|&;<>()$`*?[{\n";
 
     char take() {
         const char c = rest_.front();
@@ -65,9 +65,10 @@ class Reader {
                 *word_ += c;
                 continue;
             }
-            require(!rest_.empty() &&
-                        std::string_view("\"\\$`").find(rest_.front()) != std::string_view::npos,
-                    "backslash before a character that needs it");
+            require(!rest_.empty() && rest_.front() != '\n', "backslash before a character");
+            // Before any other character a backslash stands for itself.
+            if (std::string_view("\"\\$`").find(rest_.front()) == std::string_view::npos)
+                *word_ += '\\';
             *word_ += take();
         }
     }
@@ -99,7 +100,8 @@ Words fields_of(std::string_view value) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string value(fuzz::c_text_of(data, size));
     require(Reader(shell::bare(value)).words() == fields_of(value), "bare");
-    require(Reader("x" + shell::word(value) + "y").words() == Words{"x" + value + "y"},
+    require(Reader("x" + shell::word(value, shell::At::inside_word) + "y").words() ==
+                Words{"x" + value + "y"},
             "within a word");
     if (!value.empty()) require(Reader(shell::word(value)).words() == Words{value}, "word");
     require(Reader("'" + shell::in_single(value) + "'").words() == Words{value}, "single quotes");

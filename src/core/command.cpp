@@ -25,7 +25,7 @@ constexpr std::size_t line_limit = 63;
 /// Starts the shell with its standard output on `write_end`; 0, or the error
 /// for which it did not start. Unlike fork this costs the same however much
 /// memory the front-end uses.
-int spawn_shell(const char* command, int write_end, pid_t* child) {
+int spawn_shell(const char* command, int /*read_end*/, int write_end, pid_t* child) {
     posix_spawn_file_actions_t actions;
     if (const int error = posix_spawn_file_actions_init(&actions); error != 0) return error;
     int error = posix_spawn_file_actions_adddup2(&actions, write_end, STDOUT_FILENO);
@@ -49,6 +49,19 @@ void become_shell(const char* command, int read_end, int write_end) {
         ::close(write_end);
     }
     execl(shell_path, "sh", "-c", command, static_cast<char*>(nullptr));
+}
+
+/// The same; where it fails, a fork that becomes the shell. In a child that
+/// cannot, this returns the error.
+int spawn_or_fork_shell(const char* command, int read_end, int write_end, pid_t* child) {
+    const int error = spawn_shell(command, read_end, write_end, child);
+    if (error == 0) return 0;
+    *child = fork();
+    if (*child > 0) return 0;
+    // Deliberate: the child of a shell that cannot be started goes on in the
+    // caller's code.
+    if (*child == 0) become_shell(command, read_end, write_end);
+    return error;
 }
 
 ssize_t read_some(int descriptor, char* into, std::size_t room) {
@@ -99,9 +112,8 @@ Capture reap(pid_t child) {
     return reaped > 0 ? Capture::reaped : Capture::nothing_to_reap;
 }
 
-} // namespace
-
-Capture capture_output(const char* command, char* output, std::size_t size) {
+template <typename Start>
+Capture capture(Start start_shell, const char* command, char* output, std::size_t size) {
     std::memset(output, 0, size);
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) return Capture::not_started;
@@ -110,20 +122,22 @@ Capture capture_output(const char* command, char* output, std::size_t size) {
     fcntl(read_end.get(), F_SETPIPE_SZ, pipe_capacity); // a smaller pipe serves too
 
     pid_t child = -1;
-    if (spawn_shell(command, write_end.get(), &child) != 0) {
-        child = fork();
-        if (child < 0) return Capture::not_started;
-        if (child == 0) {
-            become_shell(command, read_end.get(), write_end.get());
-            // Deliberate: the child of a shell that cannot be started goes on
-            // in the caller's code.
-            return Capture::not_started;
-        }
-    }
+    if (start_shell(command, read_end.get(), write_end.get(), &child) != 0)
+        return Capture::not_started;
     write_end.close();
     read_all(read_end.get(), output, size);
     read_end.close();
     return reap(child);
+}
+
+} // namespace
+
+Capture capture_output(const char* command, char* output, std::size_t size) {
+    return capture(spawn_shell, command, output, size);
+}
+
+Capture capture_output_or_fork(const char* command, char* output, std::size_t size) {
+    return capture(spawn_or_fork_shell, command, output, size);
 }
 
 std::optional<std::vector<std::string>> output_lines(const char* command) {

@@ -14,10 +14,11 @@ enum class Capture { reaped, nothing_to_reap, not_started };
 /// Runs `command` and stores its standard output in `output`, zero-filled
 /// before; what does not fit is dropped, and an output of `size` bytes or more
 /// leaves no terminating NUL. Standard input and error stay the caller's.
-///
-/// When the shell itself cannot be started, a fork of the process takes its
-/// place, and this returns not_started in that child too.
 Capture capture_output(const char* command, char* output, std::size_t size);
+
+/// The same, but when the shell cannot be started, a fork of the process takes
+/// its place, and this returns not_started in that child too.
+Capture capture_output_or_fork(const char* command, char* output, std::size_t size);
 
 /// The lines that `command` prints, without their newlines; nothing, with
 /// errno set, when it could not be started.

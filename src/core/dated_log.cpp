@@ -8,6 +8,7 @@
 
 #include "core/edge.hpp"
 #include "core/exported_data.hpp"
+#include "core/local_time.hpp"
 #include "core/text.hpp"
 
 QVTC_EXPORTED_DATA(log_setting, logsetting, {});
@@ -25,13 +26,6 @@ struct NamedLevel {
 };
 constexpr NamedLevel named_levels[] = {
     {"NONE", 0}, {"INFO", 1}, {"DEBUG", 2}, {"WARN", 3}, {"ERROR", 4}};
-
-std::tm local_now() {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    return local;
-}
 
 std::string file_of_today(std::string_view directory) {
     char today[11];

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <unistd.h>
+#include <utility>
 
 namespace qvtc {
 
@@ -14,10 +15,11 @@ class Descriptor {
 
     bool is_open() const { return number_ >= 0; }
     int get() const { return number_; }
+    /// Gives it away: it is no longer closed here.
+    int release() { return std::exchange(number_, -1); }
     /// False, with errno set, when what was written may not have arrived.
     bool close() {
-        const int number = number_;
-        number_ = -1;
+        const int number = release();
         return number < 0 || ::close(number) == 0;
     }
 

@@ -1,6 +1,7 @@
 #include "core/json.hpp"
 
 #include <algorithm>
+#include <new>
 
 #include "core/log.hpp"
 #include "core/text.hpp"
@@ -21,7 +22,30 @@ bool is_simple(std::string_view text) {
            std::none_of(text.begin(), text.end(), [](char c) { return c >= 0 && c < ' '; });
 }
 
+Json made(json_object* object) {
+    if (object == nullptr) throw std::bad_alloc();
+    return Json(object);
+}
+
 } // namespace
+
+Json json_map() { return made(json_object_new_object()); }
+
+Json json_list() { return made(json_object_new_array()); }
+
+Json json_string(std::string_view text) {
+    return made(json_object_new_string_len(text.data(), static_cast<int>(text.size())));
+}
+
+void add_member(const Json& map, const char* name, Json value) {
+    if (json_object_object_add(map.get(), name, value.get()) != 0) throw std::bad_alloc();
+    static_cast<void>(value.release());
+}
+
+void add_element(json_object* list, Json value) {
+    if (json_object_array_add(list, value.get()) != 0) throw std::bad_alloc();
+    static_cast<void>(value.release());
+}
 
 std::optional<std::string> json_plain_text(json_object* object, const char* key) {
     json_object* const member = json_object_object_get(object, key);
@@ -34,8 +58,9 @@ std::optional<std::string> json_plain_text(json_object* object, const char* key)
                                    static_cast<std::size_t>(json_object_get_string_len(member)));
         if (is_simple(own)) return without_marks(std::string(own));
     }
-    const std::string text = json_object_to_json_string(member);
-    return without_marks(text.substr(0, json_plain_text_limit));
+    const char* const text = json_object_to_json_string(member);
+    if (text == nullptr) throw std::bad_alloc();
+    return without_marks(std::string(text).substr(0, json_plain_text_limit));
 }
 
 } // namespace qvtc

@@ -18,9 +18,13 @@ using Json = std::unique_ptr<json_object, JsonRelease>;
 /// Null for a text that json-c refuses. Texts in single quotes are accepted.
 inline Json parse_json(const std::string& text) { return Json(json_tokener_parse(text.c_str())); }
 
-inline json_object* json_string(std::string_view text) {
-    return json_object_new_string_len(text.data(), static_cast<int>(text.size()));
-}
+// These throw std::bad_alloc when memory runs out: json-c ends the process when it
+// is given no object, and leaves out a member without a word.
+Json json_map();
+Json json_list();
+Json json_string(std::string_view text);
+void add_member(const Json& map, const char* name, Json value);
+void add_element(json_object* list, Json value);
 
 /// Most bytes that json_plain_text gives.
 inline constexpr std::size_t json_plain_text_limit = 1023;

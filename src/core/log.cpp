@@ -1,11 +1,11 @@
 #include "core/log.hpp"
 
 #include <cstdarg>
-#include <ctime>
 #include <fcntl.h>
 #include <string>
 #include <unistd.h>
 
+#include "core/local_time.hpp"
 #include "core/paths.hpp"
 #include "core/text.hpp"
 
@@ -28,9 +28,7 @@ const char* tag_of(Level level) {
 std::string line_of(Level level, std::string_view message) {
     const char* const tag = tag_of(level);
     if (tag == nullptr) return {};
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
+    const std::tm local = local_now();
     std::string line =
         textf("%04d-%02d-%02d %02d:%02d:%02d %s ", local.tm_year + 1900, local.tm_mon + 1,
               local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec, tag);

@@ -11,6 +11,11 @@ inline constexpr const char* vnc_log = "/home/root/vnc.log";
 inline constexpr const char* web_log = "/home/root/firefox.log";
 
 inline constexpr const char* settings_document = "/home/root/vpclientData.xml";
+// Not beside the document: whoever may open that directory could hold its lock for ever.
+inline constexpr const char* settings_lock = "/run/qvtcapi.lock";
+
+// Whoever asks for a client's status reads its log by way of one file, /tmp/tmp.log.
+inline constexpr const char* log_tail_lock = "/run/qvtcapi-log-tail.lock";
 
 inline constexpr const char* client_status = "/usr/local/vpclient/config/clientstatus";
 

@@ -1,16 +1,18 @@
 #include "core/shell.hpp"
 
+#include "core/text.hpp"
+
 namespace qvtc::shell {
 
 namespace {
 
-constexpr std::string_view special_anywhere = "\\|&;<>()$`\"'*?[]{}";
+constexpr std::string_view special_anywhere = "\\|&;<>()$`\"'*?[{";
 constexpr std::string_view special_at_word_start = "~#";
 constexpr std::string_view blanks = " \t";
 
-std::string quoted(std::string_view value, bool keep_blanks) {
+std::string quoted(std::string_view value, bool keep_blanks, At at) {
     std::string text;
-    bool at_word_start = true;
+    bool at_word_start = at == At::word_start;
     for (const char c : value) {
         const bool blank = blanks.find(c) != std::string_view::npos;
         if (c == '\n') {
@@ -30,9 +32,9 @@ std::string quoted(std::string_view value, bool keep_blanks) {
 
 } // namespace
 
-std::string bare(std::string_view value) { return quoted(value, true); }
+std::string bare(std::string_view value, At at) { return quoted(value, true, at); }
 
-std::string word(std::string_view value) { return quoted(value, false); }
+std::string word(std::string_view value, At at) { return quoted(value, false, at); }
 
 std::string before_redirection(std::string_view value) {
     const bool number =
@@ -54,8 +56,12 @@ std::string in_single(std::string_view value) {
 
 std::string in_double(std::string_view value) {
     std::string text;
-    for (const char c : value) {
-        if (c == '"' || c == '\\' || c == '$' || c == '`') text += '\\';
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        const char c = value[i];
+        const bool last = i + 1 == value.size();
+        if (c == '"' || c == '$' || c == '`' ||
+            (c == '\\' && (last || contains("\"$`\\\n", value.substr(i + 1, 1)))))
+            text += '\\';
         text += c;
     }
     return text;
@@ -78,13 +84,16 @@ std::string grep_pattern(std::string_view value) {
 }
 
 std::string assigned(std::string_view value) {
-    constexpr std::string_view needs_quotes = " \t\r\n\\|&;<>()$`\"'*?[]{}~#!";
-    if (value.find_first_of(needs_quotes) == std::string_view::npos) return std::string(value);
-    std::string line(value);
-    for (char& c : line) {
-        if (c == '\n') c = ' ';
-    }
+    constexpr std::string_view needs_quotes = " \t\\|&;<>()$`\"'";
+    std::string line = one_line(value);
+    const bool home_directory = line.starts_with('~') || contains(line, ":~");
+    if (!home_directory && line.find_first_of(needs_quotes) == std::string::npos) return line;
     return "'" + in_single(line) + "'";
+}
+
+bool is_echo_option(std::string_view value) {
+    return value.size() > 1 && value.starts_with('-') &&
+           value.find_first_not_of("neE", 1) == std::string_view::npos;
 }
 
 } // namespace qvtc::shell

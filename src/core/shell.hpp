@@ -8,12 +8,16 @@
 /// special in it; otherwise the shell is made to hand on the value itself.
 namespace qvtc::shell {
 
+/// Whether other text of the same word stands before the value: "~" and "#" are
+/// ordinary there.
+enum class At { word_start, inside_word };
+
 /// Outside quotes, where blanks separate: several words stay several words,
 /// but nothing in them starts, ends or redirects a command, expands or quotes.
-std::string bare(std::string_view value);
+std::string bare(std::string_view value, At at = At::word_start);
 
 /// Outside quotes, as one word whatever it holds.
-std::string word(std::string_view value);
+std::string word(std::string_view value, At at = At::word_start);
 
 /// The same right before ">" without a blank, where a number would name the
 /// descriptor to redirect.
@@ -30,8 +34,12 @@ std::string in_double(std::string_view value);
 std::string grep_pattern(std::string_view value);
 
 /// Behind NAME= in a file that the system's scripts read as shell (ifcfg-*,
-/// network). A line break becomes a blank: the file's other readers and editors
-/// take it line by line, and half a quoted value would set free what follows.
+/// network). As one line: the file's other readers and editors take it line by
+/// line, and half a quoted value would set free what follows.
 std::string assigned(std::string_view value);
+
+/// Whether "echo", given the value and nothing else, takes it for an option, in
+/// whatever quotes.
+bool is_echo_option(std::string_view value);
 
 } // namespace qvtc::shell

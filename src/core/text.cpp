@@ -59,6 +59,11 @@ std::string remove_all(std::string text, char unwanted) {
     return text;
 }
 
+std::string one_line(std::string_view value) {
+    const std::size_t last = value.find_last_not_of(" \t\n\v\f\r");
+    return replace_all(std::string(value.substr(0, last + 1)), '\n', ' ');
+}
+
 void copy_out(char* destination, std::size_t size, std::string_view text) {
     if (size == 0) return;
     const std::size_t length = std::min(text.size(), size - 1);

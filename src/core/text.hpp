@@ -19,6 +19,11 @@ std::string replace_all(std::string text, char from, char to);
 std::string replace_all(std::string_view text, std::string_view from, std::string_view to);
 std::string remove_all(std::string text, char unwanted);
 
+/// A value as a line of a file has it: without the white space at its end, such
+/// as the newline that front-ends send behind the last value, and with a blank
+/// for every line break within.
+std::string one_line(std::string_view value);
+
 /// True for "on", the one value that sets a switch.
 inline bool is_on(std::string_view value) { return value == "on"; }
 

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
@@ -153,6 +154,29 @@ TEST(CaptureFaults, ChildOfAMissingShellGoesOnInTheCallersCode) {
     // Its standard output was the capture's already.
     EXPECT_EQ(captured.bytes, padded("child"));
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+}
+
+TEST(CaptureFaults, OfTheLibraryItselfIsEmptyAndStaysOneProcess) {
+    const pid_t self = getpid();
+    bool forked = false;
+    OsCalls calls;
+    const auto expect_one_process = [&](const std::function<void()>& capture) {
+        calls.before("fork", [&] { forked = true; });
+        capture();
+        if (getpid() != self) _exit(0);
+        EXPECT_FALSE(forked);
+    };
+    const std::string too_long(140'000, 'x'); // for the kernel
+    char output[1024] = "former";
+    expect_one_process([&] { EXPECT_EQ(os().capture("echo " + too_long, 10), ""); });
+    expect_one_process([&] { EXPECT_EQ(stringdecode(too_long.c_str(), output), -1); });
+    EXPECT_STREQ(output, "");
+    expect_one_process([&] { EXPECT_EQ(detect_process(too_long.c_str()), 0); });
+    const NoShell missing;
+    expect_one_process([&] { EXPECT_EQ(os().capture("echo never", 10), ""); });
+    expect_one_process([&] { EXPECT_EQ(stringdecode("never", output), -1); });
+    expect_one_process([&] { EXPECT_EQ(detect_process("never"), 0); });
+    expect_one_process([&] { EXPECT_EQ(execmd("echo never", output), -1); });
 }
 
 TEST(CaptureFaults, ChildWithoutAStandardOutputGoesOnInTheCallersCode) {

@@ -40,7 +40,6 @@ class DatedLog : public testing::Test {
         std::filesystem::current_path("/tmp/dated/work");
         setenv("HOME", "/tmp/dated/home", 1);
         setenv("TZ", "EET-2", 1);
-        tzset();
         calls_.set_time(november_15);
         logsetting = {};
         loging = {};
@@ -49,7 +48,6 @@ class DatedLog : public testing::Test {
         std::filesystem::current_path("/");
         setenv("HOME", "/home/root", 1);
         unsetenv("TZ");
-        tzset();
     }
 
     /// All files below the test's directories with their content.

@@ -4,11 +4,9 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 #include "core/faults/descriptors.hpp"
@@ -20,10 +18,11 @@ namespace qvtc::test {
 namespace {
 
 using Calls = std::vector<std::string>;
-using Clock = std::chrono::steady_clock;
 
 const std::string base = "/tmp/files_test";
 const std::string path = base + "/settings.xml";
+const std::string draft = base + "/.settings.xml.qvtc-draft";
+const std::string kept = base + "/.settings.xml.qvtc-kept";
 
 class Files : public testing::Test {
   protected:
@@ -31,7 +30,11 @@ class Files : public testing::Test {
         std::filesystem::remove_all(base);
         std::filesystem::create_directory(base);
     }
-    void TearDown() override { std::filesystem::remove_all(base); }
+    void TearDown() override {
+        while (umount2(base.c_str(), MNT_DETACH) == 0) {
+        }
+        std::filesystem::remove_all(base);
+    }
 
     static Calls names() {
         Calls found;
@@ -47,6 +50,19 @@ struct stat status_of(const std::string& name) {
     EXPECT_EQ(stat(name.c_str(), &status), 0) << name;
     return status;
 }
+
+/// The file at `path` is a mount point for as long as it lives.
+class MountedFile {
+  public:
+    explicit MountedFile(const std::string& content) {
+        write_file(base + "/real", content);
+        write_file(path, "");
+        EXPECT_EQ(mount((base + "/real").c_str(), path.c_str(), nullptr, MS_BIND, nullptr), 0);
+    }
+    MountedFile(const MountedFile&) = delete;
+    MountedFile& operator=(const MountedFile&) = delete;
+    ~MountedFile() { EXPECT_EQ(umount(path.c_str()), 0); }
+};
 
 } // namespace
 
@@ -77,8 +93,8 @@ TEST_F(Files, ReplacedFileIsFlushedBeforeItTakesTheOldOnesPlace) {
     const OsCalls calls;
     EXPECT_EQ(replace_file(path, "new"), 0);
     EXPECT_EQ(read_file(path), "new");
-    EXPECT_EQ(calls.on_files(), (Calls{"write " + path + ".NEW", "fsync " + path + ".NEW",
-                                       "rename " + path + ".NEW " + path, "fsync " + base}));
+    EXPECT_EQ(calls.on_files(), (Calls{"write " + draft, "fsync " + draft,
+                                       "rename " + draft + " " + path, "fsync " + base}));
     EXPECT_EQ(names(), Calls{"settings.xml"});
 }
 
@@ -138,18 +154,120 @@ TEST_F(Files, LinkStaysALinkAndItsTargetIsReplaced) {
     EXPECT_NE(replace_file(base + "/loop/x", "new"), 0);
 }
 
-TEST_F(Files, FileThatIsAMountPointIsRewrittenInPlace) {
-    write_file(base + "/real", "old content, a long one");
-    write_file(path, "");
-    ASSERT_EQ(mount((base + "/real").c_str(), path.c_str(), nullptr, MS_BIND, nullptr), 0);
+TEST_F(Files, FileThatIsAMountPointIsRewrittenInPlaceWithItsRoomReservedAndACopyKept) {
+    const MountedFile file("old content, a long one");
     const auto inode = status_of(path).st_ino;
-    EXPECT_EQ(replace_file(path, "new"), 0);
+    {
+        const OsCalls calls;
+        EXPECT_EQ(replace_file(path, "new"), 0);
+        EXPECT_EQ(calls.on_files(),
+                  (Calls{"write " + draft, "fsync " + draft, "rename " + draft + " " + path,
+                         "rename " + draft + " " + kept, "fsync " + base, "fallocate " + path,
+                         "write " + path, "fsync " + path}));
+    }
     EXPECT_EQ(status_of(path).st_ino, inode);
     EXPECT_EQ(read_file(base + "/real"), "new");
     EXPECT_EQ(replace_file(path, "longer than before"), 0);
     EXPECT_EQ(read_file(base + "/real"), "longer than before");
-    ASSERT_EQ(umount(path.c_str()), 0);
+    EXPECT_EQ(replace_file(path, ""), 0);
+    EXPECT_EQ(read_file(base + "/real"), "");
     EXPECT_EQ(names(), (Calls{"real", "settings.xml"}));
+}
+
+TEST_F(Files, FileThatIsRewrittenInPlaceStaysWhenThereIsNoRoom) {
+    ASSERT_EQ(mount("none", base.c_str(), "tmpfs", 0, "size=16k"), 0);
+    write_file(base + "/real", "old");
+    std::filesystem::create_directory("/tmp/elsewhere");
+    const std::string mounted = "/tmp/elsewhere/settings.xml";
+    write_file(mounted, "");
+    ASSERT_EQ(mount((base + "/real").c_str(), mounted.c_str(), nullptr, MS_BIND, nullptr), 0);
+    EXPECT_EQ(replace_file(mounted, std::string(50'000, 'x')), ENOSPC);
+    EXPECT_EQ(read_file(mounted), "old");
+    EXPECT_EQ(replace_file(mounted, "new"), 0);
+    EXPECT_EQ(read_file(mounted), "new");
+    ASSERT_EQ(umount(mounted.c_str()), 0);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("/tmp/elsewhere"), {}), 1);
+    std::filesystem::remove_all("/tmp/elsewhere");
+}
+
+TEST_F(Files, KilledWhileItIsRewrittenInPlaceIsReadFromItsCopyUntilThatIsFinished) {
+    const std::string old_text(9000, 'o');
+    const std::string new_text(5000, 'n');
+    const std::pair<const char*, int> steps[] = {
+        {"rename", 1}, {"fsync", 1}, {"fallocate", 0}, {"write", 1}, {"fsync", 2}};
+    for (const auto& [step, before] : steps) {
+        const MountedFile file(old_text);
+        const pid_t writer = fork();
+        if (writer == 0) {
+            OsCalls calls;
+            calls.before(
+                step, [] { raise(SIGKILL); }, before);
+            replace_file(path, new_text);
+            _exit(0);
+        }
+        int status = 0;
+        waitpid(writer, &status, 0);
+        ASSERT_TRUE(WIFSIGNALED(status)) << step;
+        const bool has_begun = file_exists(kept);
+        std::string content;
+        EXPECT_EQ(read_replaceable_file(path, content), FileState::read);
+        EXPECT_EQ(content, has_begun ? new_text : old_text) << step << before;
+        finish_rewriting(path);
+        EXPECT_EQ(read_file(path), content) << step << before;
+        EXPECT_FALSE(file_exists(kept));
+        EXPECT_EQ(replace_file(path, "next"), 0);
+        EXPECT_EQ(read_file(path), "next");
+        EXPECT_EQ(names(), (Calls{"real", "settings.xml"}));
+    }
+}
+
+TEST_F(Files, FileInAReadOnlyDirectoryIsRewrittenInPlace) {
+    write_file("/tmp/real", "old content, a long one");
+    write_file(path, "");
+    ASSERT_EQ(mount(base.c_str(), base.c_str(), nullptr, MS_BIND, nullptr), 0);
+    ASSERT_EQ(mount("/tmp/real", path.c_str(), nullptr, MS_BIND, nullptr), 0);
+    ASSERT_EQ(mount(nullptr, base.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr), 0);
+    const std::string copy = "/run/.tmp!files_test!settings.xml.qvtc-kept";
+    OsCalls calls;
+    bool had_copy = false;
+    calls.before("fallocate", [&] { had_copy = file_exists(copy); });
+    EXPECT_EQ(replace_file(path, "new"), 0);
+    EXPECT_EQ(read_file("/tmp/real"), "new");
+    EXPECT_TRUE(had_copy);
+    EXPECT_FALSE(file_exists(copy));
+    EXPECT_EQ(replace_file(base + "/missing", "new"), EROFS);
+    ASSERT_EQ(umount(path.c_str()), 0);
+}
+
+TEST_F(Files, DeviceBehindALinkStaysADevice) {
+    const std::pair<const char*, int> devices[] = {{"/dev/null", 0}, {"/dev/full", ENOSPC}};
+    for (const auto& [device, error] : devices) {
+        std::filesystem::remove(path);
+        std::filesystem::create_symlink(device, path);
+        const auto before = status_of(device);
+        EXPECT_EQ(replace_file(path, "new"), error) << device;
+        const auto after = status_of(device);
+        EXPECT_TRUE(S_ISCHR(after.st_mode)) << device;
+        EXPECT_EQ(after.st_ino, before.st_ino) << device;
+        EXPECT_EQ(after.st_rdev, before.st_rdev) << device;
+    }
+    EXPECT_EQ(names(), Calls{"settings.xml"});
+}
+
+TEST_F(Files, PipeThatNobodyUsesIsNotWaitedFor) {
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    EXPECT_EQ(replace_file(path, "new"), ENXIO);
+    std::string content;
+    EXPECT_EQ(qvtc::read_file(path, content), FileState::read);
+    EXPECT_EQ(content, "");
+    EXPECT_TRUE(S_ISFIFO(status_of(path).st_mode));
+}
+
+TEST_F(Files, FileThatIsTooLargeIsUnreadable) {
+    write_file(path, "");
+    std::filesystem::resize_file(path, 3UL * 1024 * 1024 * 1024);
+    std::string content;
+    EXPECT_EQ(qvtc::read_file(path, content), FileState::unreadable);
 }
 
 TEST_F(Files, FailedReplacementKeepsTheOldFileAndLeavesNoOther) {
@@ -180,7 +298,6 @@ TEST_F(Files, NoDescriptorIsLeftOpen) {
         std::string content;
         qvtc::read_file(path, content);
         qvtc::read_file(base, content);
-        const DirectoryLock lock(base, 0);
     }
     EXPECT_EQ(open_descriptors(), before);
 }
@@ -199,71 +316,6 @@ TEST_F(Files, LinksAreFollowedToWhatTheyNameAlsoIfNothingIsThere) {
     EXPECT_EQ(resolve_links(base), base);
     std::filesystem::create_symlink("loop", base + "/loop");
     resolve_links(base + "/loop"); // ends
-}
-
-TEST_F(Files, LockIsHeldByOneAtATime) {
-    {
-        const DirectoryLock first(base, 0);
-        EXPECT_TRUE(first.acquired());
-        const auto start = Clock::now();
-        const DirectoryLock second(base, 1);
-        EXPECT_FALSE(second.acquired());
-        EXPECT_GE(Clock::now() - start, std::chrono::seconds(1));
-        EXPECT_LT(Clock::now() - start, std::chrono::seconds(5));
-        EXPECT_FALSE(DirectoryLock(base, 0).acquired());
-        EXPECT_TRUE(DirectoryLock("/tmp", 0).acquired());
-    }
-    EXPECT_TRUE(DirectoryLock(base, 0).acquired());
-    EXPECT_EQ(names(), Calls{});
-}
-
-TEST_F(Files, LockIsWaitedForWhileAnotherThreadHoldsIt) {
-    auto held = std::make_unique<DirectoryLock>(base, 0);
-    std::atomic<bool> released = false;
-    std::thread waiting([&] {
-        const DirectoryLock lock(base, 60);
-        EXPECT_TRUE(lock.acquired());
-        EXPECT_TRUE(released);
-    });
-    std::this_thread::sleep_for(std::chrono::milliseconds(30));
-    released = true;
-    held.reset();
-    waiting.join();
-}
-
-TEST_F(Files, LockEndsWithTheProcessThatHeldIt) {
-    int ends[2];
-    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
-    const pid_t holder = fork();
-    if (holder == 0) {
-        const DirectoryLock lock(base, 0);
-        [[maybe_unused]] const ssize_t count = write(ends[1], "x", 1);
-        pause();
-    }
-    char ready = 0;
-    ASSERT_EQ(read(ends[0], &ready, 1), 1);
-    close(ends[0]);
-    close(ends[1]);
-    EXPECT_FALSE(DirectoryLock(base, 0).acquired());
-    kill(holder, SIGKILL);
-    waitpid(holder, nullptr, 0);
-    EXPECT_TRUE(DirectoryLock(base, 0).acquired());
-}
-
-TEST_F(Files, LockIsNotHandedToAProgramThatIsStartedMeanwhile) {
-    {
-        const DirectoryLock lock(base, 0);
-        ASSERT_EQ(std::system("sleep 1000 >/dev/null 2>&1 & echo $! >/tmp/sleeper"), 0);
-    }
-    EXPECT_TRUE(DirectoryLock(base, 0).acquired());
-    ASSERT_EQ(std::system("kill $(cat /tmp/sleeper)"), 0);
-}
-
-TEST_F(Files, DirectoryThatIsMissingHasNothingToBeGuarded) {
-    EXPECT_TRUE(DirectoryLock(base + "/none", 0).acquired());
-    // One that cannot be opened for lack of descriptors has.
-    const DescriptorLimit limit(0);
-    EXPECT_FALSE(DirectoryLock(base, 0).acquired());
 }
 
 } // namespace qvtc::test

@@ -34,12 +34,10 @@ class Log : public testing::Test {
     void SetUp() override {
         std::filesystem::remove_all(system_log);
         setenv("TZ", "NST3:30", 1);
-        tzset();
     }
     void TearDown() override {
         std::filesystem::remove_all(system_log);
         unsetenv("TZ");
-        tzset();
     }
 };
 

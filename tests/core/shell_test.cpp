@@ -1,24 +1,17 @@
 #include "core/shell.hpp"
 
 #include <algorithm>
-#include <array>
-#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
 
+#include "core/shells.hpp"
 #include "core/text.hpp"
 #include "support/support.hpp"
 
 namespace qvtc::test {
 
 namespace {
-
-/// The terminal's own shell is bash under the name of sh; a distribution's may be dash.
-constexpr std::array shells = {"/bin/bash", "/bin/dash"};
 
 /// Values that would do something in a shell that sees them unquoted, or in the wrong quotes.
 const std::string hostile_values[] = {
@@ -125,28 +118,6 @@ std::vector<std::string> all_values() {
         values.push_back(std::string("a") + c + "b" + c);
     }
     return values;
-}
-
-/// What `shell`, under the name of sh, prints for `text`.
-std::string output_of(const char* shell, const std::string& text) {
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) return "no pipe";
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-    const char* const arguments[] = {"sh", "-c", text.c_str(), nullptr};
-    pid_t child = 0;
-    const int error =
-        posix_spawn(&child, shell, &actions, nullptr, const_cast<char* const*>(arguments), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    close(ends[1]);
-    std::string output;
-    char block[4096];
-    for (ssize_t count = 0; error == 0 && (count = read(ends[0], block, sizeof block)) > 0;)
-        output.append(block, static_cast<std::size_t>(count));
-    close(ends[0]);
-    if (error == 0) waitpid(child, nullptr, 0);
-    return output;
 }
 
 std::vector<std::string> split_at_blanks(const std::string& value) {
@@ -256,7 +227,7 @@ TEST_F(Shell, ReadsAnAssignedValueFromAFileAsItIs) {
             write_file("/tmp/assignments", "A=" + shell::assigned(value) + "\nB=b\n");
             return std::string(". /tmp/assignments; printf '%s%s\\n' \"$A\" \"$B\"");
         },
-        [](const std::string& value) { return replace_all(value, '\n', ' ') + "b\n"; });
+        [](const std::string& value) { return one_line(value) + "b\n"; });
 }
 
 TEST_F(Shell, KeepsAnAssignedValueOnOneLine) {
@@ -292,7 +263,7 @@ TEST_F(Shell, SearchesForAPatternThatIsTheValue) {
 TEST_F(Shell, ReceivesAValueWithinAWord) {
     expect_for_all(
         [](const std::string& value) {
-            return "printf '%s\\n' https://" + shell::word(value) + "/x";
+            return "printf '%s\\n' https://" + shell::word(value, shell::At::inside_word) + "/x";
         },
         [](const std::string& value) { return "https://" + value + "/x\n"; });
 }
@@ -326,8 +297,12 @@ TEST(ShellText, OfOrdinaryValuesIsTheValue) {
         EXPECT_EQ(shell::in_double(value), value);
         EXPECT_EQ(shell::before_redirection(value), value);
     }
-    for (const char* const value : {"", "192.168.1.10", "eth0", "wlan0", "0.0.0.0", "fe80::1%eth0"})
+    for (const char* const value : {"", "192.168.1.10", "eth0", "wlan0", "0.0.0.0", "fe80::1%eth0",
+                                    "a#b", "#1", "a~", "[::1]"})
         EXPECT_EQ(shell::assigned(value), value);
+    for (const char* const value : {"#1 Server", "~home", "1#2", "a ]} b"})
+        EXPECT_EQ(shell::bare(value, shell::At::inside_word), value);
+    EXPECT_EQ(shell::in_double("C:\\Windows\\notepad.exe"), "C:\\Windows\\notepad.exe");
     for (const char* const value : {"", "eth0", "wlan0", "Office", "a_b-c"})
         EXPECT_EQ(shell::grep_pattern(value), value);
 }
@@ -337,8 +312,12 @@ TEST(ShellText, OfAPatternOrAnAssignmentIsReadableToo) {
     EXPECT_EQ(shell::assigned("it's"), "'it'\\''s'");
     EXPECT_EQ(shell::assigned("a\nb"), "'a b'");
     EXPECT_EQ(shell::assigned("$(x)"), "'$(x)'");
+    EXPECT_EQ(shell::assigned("~a"), "'~a'");
+    for (const char* const value : {"10.0.0.5\n", "10.0.0.5 ", "10.0.0.5\r\n", "10.0.0.5\t \n\n"})
+        EXPECT_EQ(shell::assigned(value), "10.0.0.5");
+    EXPECT_EQ(shell::assigned(" \n"), "");
     EXPECT_EQ(shell::grep_pattern("Guest WiFi"), "Guest\\ WiFi");
-    EXPECT_EQ(shell::grep_pattern("-v"), "\\[-\\]v");
+    EXPECT_EQ(shell::grep_pattern("-v"), "\\[-]v");
     EXPECT_EQ(shell::grep_pattern("a.b"), "a\\\\.b");
     EXPECT_EQ(shell::before_redirection("5"), "\\5");
 }
@@ -353,7 +332,10 @@ TEST(ShellText, IsReadableWhereSomethingIsQuoted) {
         {"a\"b", "a\\\"b", "a\\\"b", "a\"b", "a\\\"b"},
         {"$x", "\\$x", "\\$x", "$x", "\\$x"},
         {"a&b", "a\\&b", "a\\&b", "a&b", "a&b"},
-        {"a\\b", "a\\\\b", "a\\\\b", "a\\b", "a\\\\b"},
+        {"a\\b", "a\\\\b", "a\\\\b", "a\\b", "a\\b"},
+        {"a\\", "a\\\\", "a\\\\", "a\\", "a\\\\"},
+        {"a\\\\b", "a\\\\\\\\b", "a\\\\\\\\b", "a\\\\b", "a\\\\\\b"},
+        {"[::1]", "\\[::1]", "\\[::1]", "[::1]", "[::1]"},
         {"`a`", "\\`a\\`", "\\`a\\`", "`a`", "\\`a\\`"},
         {"~a ~b", "\\~a \\~b", "\\~a\\ \\~b", "~a ~b", "~a ~b"},
         {"a\nb", "a'\n'b", "a'\n'b", "a\nb", "a\nb"},
@@ -363,6 +345,20 @@ TEST(ShellText, IsReadableWhereSomethingIsQuoted) {
         EXPECT_EQ(shell::word(c.value), c.word);
         EXPECT_EQ(shell::in_single(c.value), c.in_single);
         EXPECT_EQ(shell::in_double(c.value), c.in_double);
+    }
+}
+
+TEST(ShellText, NamesWhatEchoTakesForAnOption) {
+    for (const char* const option : {"-n", "-e", "-E", "-ne", "-nnEe"}) {
+        EXPECT_TRUE(shell::is_echo_option(option)) << option;
+        EXPECT_EQ(output_of("/bin/bash", std::string("echo \"") + option + "\"").find('-'),
+                  std::string::npos);
+    }
+    for (const char* const name : {"", "-", "--", "-x", "-nx", "n", "-n x", "-n1", "TC-n"}) {
+        EXPECT_FALSE(shell::is_echo_option(name)) << name;
+        for (const char* const shell : shells)
+            EXPECT_EQ(output_of(shell, std::string("echo \"") + name + "\""),
+                      std::string(name) + "\n");
     }
 }
 

@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <dlfcn.h>
 #include <pthread.h>
-#include <regex>
 #include <spawn.h>
 #include <unistd.h>
 
@@ -28,11 +27,6 @@ std::string path_of(int descriptor) {
     const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
     const ssize_t length = readlink(link.c_str(), path, sizeof path);
     return length < 0 ? "?" : std::string(path, static_cast<std::size_t>(length));
-}
-
-std::string without_random_part(const std::string& text) {
-    static const std::regex random_part(R"(\.xml\.[A-Za-z0-9]{6}\b)");
-    return std::regex_replace(text, random_part, ".xml.NEW");
 }
 
 /// The result of a call that reports errors in errno; `perform` makes it.
@@ -85,7 +79,7 @@ int OsCalls::enter(const std::string& name, const std::string& on_file) {
     {
         const std::lock_guard lock(mutex_);
         if (!on_file.empty()) {
-            std::string call = name + " " + without_random_part(on_file);
+            std::string call = name + " " + on_file;
             if (on_files_.empty() || on_files_.back() != call) on_files_.push_back(call);
         }
         const auto found = actions_.find(name);
@@ -160,6 +154,13 @@ ssize_t write(int descriptor, const void* bytes, size_t count) {
 int fsync(int descriptor) {
     return watched<int>("fsync", path_of(descriptor),
                         [&] { return real<decltype(fsync)>("fsync")(descriptor); });
+}
+
+int posix_fallocate(int descriptor, off_t start, off_t length) {
+    OsCalls* const calls = watching.load();
+    const int error = calls != nullptr ? calls->enter("fallocate", path_of(descriptor)) : 0;
+    if (error != 0) return error;
+    return real<decltype(posix_fallocate)>("posix_fallocate")(descriptor, start, length);
 }
 
 int rename(const char* from, const char* to) noexcept {

@@ -12,7 +12,7 @@ namespace qvtc::test {
 
 /// Stands between this program and some calls of the C library for as long as it lives: notes
 /// them and does to them what the test asks for. The calls are posix_spawn, fork, pthread_create,
-/// write, fsync, rename and time. One at a time, for all threads.
+/// write, fsync, posix_fallocate ("fallocate"), rename and time. One at a time, for all threads.
 class OsCalls {
   public:
     OsCalls();
@@ -20,8 +20,8 @@ class OsCalls {
     OsCalls& operator=(const OsCalls&) = delete;
     ~OsCalls();
 
-    /// "write PATH", "fsync PATH", "rename PATH PATH" in their order, repetitions in a row once;
-    /// the six random characters of a name that is only temporary are given as "NEW".
+    /// "write PATH", "fsync PATH", "fallocate PATH", "rename PATH PATH" in their order, repetitions
+    /// in a row once.
     std::vector<std::string> on_files() const;
 
     /// All further calls of this name fail with `error`.

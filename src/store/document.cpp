@@ -1,15 +1,19 @@
 #include "store/document.hpp"
 
 #include <algorithm>
-#include <climits>
+#include <cerrno>
 #include <cstring>
 #include <libxml/chvalid.h>
 #include <libxml/parser.h>
+#include <libxml/parserInternals.h>
 #include <libxml/xmlstring.h>
+#include <new>
+#include <utility>
 
 #include "core/log.hpp"
 #include "core/paths.hpp"
 #include "core/text.hpp"
+#include "store/xml_watch.hpp"
 
 namespace qvtc::store {
 
@@ -18,7 +22,6 @@ namespace {
 constexpr const char* root_name = "ThinClientConfig";
 constexpr const char* encoding = "UTF-8";
 constexpr const char* foreign_root = "check root element failed. \n";
-constexpr int lock_seconds = 10;
 constexpr int parse_options = XML_PARSE_RECOVER | XML_PARSE_NOBLANKS | XML_PARSE_NONET;
 
 struct FreeXml {
@@ -26,12 +29,29 @@ struct FreeXml {
 };
 using XmlText = std::unique_ptr<xmlChar, FreeXml>;
 
+struct FreeContext {
+    void operator()(xmlParserCtxt* context) const { xmlFreeParserCtxt(context); }
+};
+
+/// Does what a parser begins with; false for want of memory. libxml2 would go on
+/// without the buffer for what it converts, and end the process.
+bool prepare(xmlParserCtxt* context) {
+    if (context == nullptr) return false;
+    xmlCtxtUseOptions(context, parse_options);
+    context->encoding = xmlStrdup(reinterpret_cast<const xmlChar*>(encoding));
+    xmlSwitchToEncoding(context, xmlFindCharEncodingHandler(encoding));
+    if (context->input == nullptr || context->input->base == nullptr) return false;
+    xmlParserInputGrow(context->input, INPUT_CHUNK);
+    return context->input->base != nullptr;
+}
+
 const xmlChar* xml(const std::string& text) {
     return reinterpret_cast<const xmlChar*>(text.c_str());
 }
 
 bool is_named(const xmlNode* node, std::string_view name) {
-    return node->type == XML_ELEMENT_NODE && name == reinterpret_cast<const char*>(node->name);
+    return node->type == XML_ELEMENT_NODE && node->name != nullptr &&
+           name == reinterpret_cast<const char*>(node->name);
 }
 
 xmlNode* first_child(const xmlNode* parent, std::string_view name) {
@@ -47,13 +67,21 @@ bool fail(const char* text) {
     return false;
 }
 
+/// For want of memory; what was changed so far must not be saved.
+[[noreturn]] void give_up(const char* text) {
+    fail(text);
+    throw std::bad_alloc();
+}
+
 std::string content_of(const xmlNode* node) {
     const xmlNode* const only = node->children;
     if (only == nullptr) return {};
-    if (only->next == nullptr && only->type == XML_TEXT_NODE)
+    if (only->next == nullptr && only->type == XML_TEXT_NODE && only->content != nullptr)
         return reinterpret_cast<const char*>(only->content);
+    const XmlWatch watch;
     const XmlText content(xmlNodeGetContent(node));
-    return content != nullptr ? reinterpret_cast<const char*>(content.get()) : "";
+    if (content == nullptr || watch.ran_out_of_memory()) throw std::bad_alloc();
+    return reinterpret_cast<const char*>(content.get());
 }
 
 void remove_children(xmlNode* parent, const std::string& name) {
@@ -93,9 +121,14 @@ bool can_be_stored(const std::string& item, const std::string& key, const std::s
     return named && fits;
 }
 
-bool append_key(xmlNode* parent, const std::string& key, const std::string& stored) {
+xmlNode* append_key(xmlNode* parent, const std::string& key, const std::string& stored) {
     const xmlChar* const content = stored.empty() ? nullptr : xml(stored);
-    return xmlNewTextChild(parent, nullptr, xml(key), content) != nullptr;
+    return xmlNewTextChild(parent, nullptr, xml(key), content);
+}
+
+/// Whether the element has come out as it was asked for.
+bool is_whole(const xmlNode* node, const std::string& key, const std::string& stored) {
+    return node != nullptr && is_named(node, key) && content_of(node) == stored;
 }
 
 bool is_plain(std::string_view text) {
@@ -132,24 +165,43 @@ std::string xml_text(std::string_view text) {
 Document Document::load() {
     Document result;
     std::string content;
-    const FileState file = read_file(paths::settings_document, content);
+    const FileState file = read_replaceable_file(paths::settings_document, content);
     if (file == FileState::unreadable) {
         result.state_ = State::unreadable;
-        return result;
-    }
-    // A missing file goes through libxml2 as well, which reports it.
-    result.document_.reset(file == FileState::missing || content.size() > INT_MAX
-                               ? xmlReadFile(paths::settings_document, encoding, parse_options)
-                               : xmlReadMemory(content.data(), static_cast<int>(content.size()),
-                                               paths::settings_document, encoding, parse_options));
-    if (result.document_ == nullptr) return result;
-    const xmlNode* const root = result.root();
-    if (root == nullptr) {
-        result.state_ = State::rootless;
+    } else if (content.empty()) {
+        // Only read_file knows whether it is missing; libxml2 reports it.
+        xmlFreeDoc(xmlReadFile(paths::settings_document, encoding, parse_options));
     } else {
-        result.state_ = is_named(root, root_name) ? State::loaded : State::foreign;
+        result.parse(content);
     }
     return result;
+}
+
+void Document::parse(const std::string& content) {
+    const auto size = static_cast<int>(content.size());
+    bool faulty = false;
+    {
+        const XmlWatch watch;
+        const std::unique_ptr<xmlParserCtxt, FreeContext> context(
+            xmlCreateMemoryParserCtxt(content.data(), size));
+        const bool ready = prepare(context.get()) && !watch.ran_out_of_memory();
+        if (ready) {
+            xmlParseDocument(context.get());
+            document_.reset(std::exchange(context->myDoc, nullptr));
+        }
+        state_ = ready && !watch.ran_out_of_memory() ? state_of_tree() : State::unreadable;
+        faulty = watch.found_faults();
+    }
+    // Once more for what libxml2 has to say of it.
+    if (faulty && state_ != State::unreadable)
+        xmlFreeDoc(
+            xmlReadMemory(content.data(), size, paths::settings_document, encoding, parse_options));
+}
+
+Document::State Document::state_of_tree() const {
+    if (document_ == nullptr) return State::absent;
+    if (root() == nullptr) return State::rootless;
+    return is_named(root(), root_name) ? State::loaded : State::foreign;
 }
 
 std::optional<std::string> Document::get(const std::string& item, const std::string& key) const {
@@ -197,13 +249,12 @@ bool Document::is_loaded(const char* foreign_root_text) const {
     return fail("open xml file failed. \n");
 }
 
-bool Document::begin() {
+void Document::begin() {
     document_.reset(xmlNewDoc(xml("1.0")));
-    if (document_ == nullptr) return fail("create xml doc failed. \n");
+    if (document_ == nullptr) give_up("create xml doc failed. \n");
     xmlDocSetRootElement(document_.get(), xmlNewNode(nullptr, xml(root_name)));
-    if (root() == nullptr) return fail("create root_node failed. \n");
+    if (root() == nullptr) give_up("create root_node failed. \n");
     state_ = State::loaded;
-    return true;
 }
 
 bool Document::set(const std::string& item, const std::string& key, const std::string& value) {
@@ -216,21 +267,23 @@ bool Document::set_all(const std::string& item, std::span<const char* const> key
     for (std::size_t i = 0; i < keys.size(); ++i) {
         if (!can_be_stored(item, keys[i], values[i])) return false;
     }
+    const XmlWatch watch;
     const bool fresh = state_ == State::absent;
-    if (fresh && !begin()) return false;
+    if (fresh) begin();
     if (!is_loaded("check root_node element failed. \n")) return false;
     xmlNode* parent = first_child(root(), item);
     if (parent == nullptr) parent = xmlNewChild(root(), nullptr, xml(item), nullptr);
-    if (parent == nullptr) return fail("create son_node failed. \n");
+    if (parent == nullptr || !is_named(parent, item)) give_up("create son_node failed. \n");
     for (std::size_t i = 0; i < keys.size(); ++i) {
         const std::string stored = xml_text(stored_form(values[i]));
-        xmlNode* const child = first_child(parent, keys[i]);
+        xmlNode* child = first_child(parent, keys[i]);
         if (child != nullptr) {
             xmlNodeSetContent(child, xml(stored));
-        } else if (!append_key(parent, keys[i], stored)) {
-            return fail(fresh ? "create grandson_node failed. \n"
-                              : "Created grandson_node failed. \n");
+        } else {
+            child = append_key(parent, keys[i], stored);
         }
+        if (!is_whole(child, keys[i], stored) || watch.ran_out_of_memory())
+            give_up(fresh ? "create grandson_node failed. \n" : "Created grandson_node failed. \n");
     }
     return true;
 }
@@ -249,29 +302,35 @@ bool Document::remove_key(const std::string& item, const std::string& key) {
     return true;
 }
 
-bool Document::save() const {
+std::string Document::text() const {
+    const XmlWatch watch;
     xmlChar* bytes = nullptr;
     int size = 0;
     xmlDocDumpFormatMemoryEnc(document_.get(), &bytes, &size, encoding, 1);
     const XmlText text(bytes);
-    const int error =
-        text == nullptr
-            ? ENOMEM
-            : replace_file(paths::settings_document,
-                           {reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(size)});
-    if (error != 0)
-        log(Level::error, "@xmlwrite %s not saved: %s", paths::settings_document,
-            std::strerror(error));
-    return error == 0;
+    if (text == nullptr || watch.ran_out_of_memory()) throw std::bad_alloc();
+    return {reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(size)};
+}
+
+bool Document::save() const {
+    const char* reason = "there is none";
+    if (document_ != nullptr) {
+        const int error = replace_file(paths::settings_document, text());
+        if (error == 0) return true;
+        reason = std::strerror(error);
+    }
+    log(Level::error, "@xmlwrite %s not saved: %s", paths::settings_document, reason);
+    return false;
 }
 
 namespace detail {
 
-WriteLock::WriteLock()
-    : lock_(directory_of(resolve_links(paths::settings_document)), lock_seconds) {
-    if (!lock_.acquired()) {
-        log(Level::error, "@xmlwrite %s not locked: another writer holds it, or none can",
-            paths::settings_document);
+WriteLock::WriteLock() : lock_(paths::settings_lock) {
+    if (lock_.acquired()) {
+        finish_rewriting(paths::settings_document);
+    } else {
+        log(Level::error, "@xmlwrite %s not locked: %s", paths::settings_document,
+            lock_.error() == ETIMEDOUT ? "another writer holds it" : std::strerror(lock_.error()));
     }
 }
 

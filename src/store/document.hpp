@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/file_lock.hpp"
 #include "core/files.hpp"
 
 /// The settings document: items (elements under the root) that hold keys
@@ -32,7 +33,9 @@ bool is_element_name(const std::string& name);
 /// line breaks, and bytes that are no UTF-8.
 std::string xml_text(std::string_view text);
 
-/// The document in memory: loaded once, read and changed, saved once.
+/// The document in memory: loaded once, read and changed, saved once. When memory
+/// runs out, what changes or saves it throws std::bad_alloc, and so does reading a
+/// value that is made of several pieces.
 class Document {
   public:
     enum class State {
@@ -40,7 +43,7 @@ class Document {
         absent,     ///< missing, empty or damaged beyond recovery
         rootless,   ///< without a root element: not to be touched
         foreign,    ///< its root is not ours: not to be touched
-        unreadable, ///< there, but it cannot be read: not to be touched
+        unreadable, ///< there, but it cannot be read, or memory ran out: not to be touched
     };
 
     /// Reads the document of the terminal. libxml2 says on standard error what
@@ -83,7 +86,11 @@ class Document {
     };
 
     xmlNode* root() const { return xmlDocGetRootElement(document_.get()); }
-    bool begin();
+    void parse(const std::string& content);
+    State state_of_tree() const;
+    void begin();
+    /// The bytes of the document.
+    std::string text() const;
     bool is_loaded(const char* foreign_root_text) const;
 
     State state_ = State::absent;
@@ -105,7 +112,7 @@ class WriteLock {
     explicit operator bool() const { return lock_.acquired(); }
 
   private:
-    DirectoryLock lock_;
+    FileLock lock_;
 };
 } // namespace detail
 

@@ -28,7 +28,7 @@ int change_existing(Change&& change) {
 extern "C" {
 
 int xmlread(const char* item, const char* key, char* output) {
-    if (item == nullptr || key == nullptr || output == nullptr) return -1;
+    if (!given(item, key, output)) return -1;
     return guard(-1, [&] {
         const auto value = Document::load().get(item, key);
         if (!value) return -1;
@@ -38,7 +38,7 @@ int xmlread(const char* item, const char* key, char* output) {
 }
 
 int xmlwrite(const char* item, const char* key, char* value) {
-    if (item == nullptr || key == nullptr || value == nullptr) return -1;
+    if (!given(item, key, value)) return -1;
     return guard(-1, [&] {
         bool stored = false;
         const std::string text = value;
@@ -50,17 +50,20 @@ int xmlwrite(const char* item, const char* key, char* value) {
 }
 
 int xml_del_itemNode(const char* item) {
+    if (!given(item)) return -1;
     return change_existing([&](Document& document) { return document.remove_item(item); });
 }
 
 int xml_del_grandsonNode(const char* item, const char* key) {
+    if (!given(item, key)) return -1;
     return change_existing([&](Document& document) { return document.remove_key(item, key); });
 }
 
 int qvreaddb(unsigned key, char* output, unsigned size) {
+    if (!given(output)) return static_cast<int>(store::ReadOutcome::none_or_too_long);
     return guard(-1, [&] {
         std::string text;
-        const auto outcome = store::read_numbered(key, output != nullptr ? size : 0, text);
+        const auto outcome = store::read_numbered(key, size, text);
         if (outcome == store::ReadOutcome::read) copy_out(output, size, text);
         return static_cast<int>(outcome);
     });
@@ -71,32 +74,39 @@ int qvwritedb(unsigned key, const char* value) {
 }
 
 int sql_open(const char* filename) {
+    if (!given(filename)) return -1;
     return guard(-1, [&] { return store::sql::open_database(filename); });
 }
 
 int sql_createtable(const char* name, const char* columns) {
+    if (!given(name, columns)) return -2;
     return guard(-2, [&] { return store::sql::create_table(name, columns); });
 }
 
 int sql_cmd(const char* sql) {
+    if (!given(sql)) return -1;
     return guard(-1, [&] { return store::sql::execute(sql); });
 }
 
 int sql_insert(const char* sql) {
+    if (!given(sql)) return -1;
     return guard(-1, [&] { return store::sql::execute_insert(sql); });
 }
 
 int sql_delete(const char* table, const char* id) {
+    if (!given(table, id)) return -1;
     return guard(-1, [&] { return store::sql::delete_rows(table, id); });
 }
 
 int sql_modify(const char* sql) {
+    if (!given(sql)) return -1;
     return guard(-1, [&] { return store::sql::execute_update(sql); });
 }
 
 int sql_query(const char* sql, sql_result* result) {
-    if (result == nullptr) return -1;
+    if (!given(result)) return -1;
     *result = {};
+    if (!given(sql)) return -1;
     return guard(-1, [&] {
         store::sql::Table table;
         const int status = store::sql::query(sql, table);
@@ -121,12 +131,13 @@ int create_table() {
 }
 
 int writedata(const char* key, const char* value) {
+    if (!given(key, value)) return 0;
     guard_void([&] { store::write_row(key, value); });
     return 0;
 }
 
 int readdata(const char* key, char* output) {
-    if (key == nullptr || output == nullptr) return -1;
+    if (!given(key, output)) return -1;
     return guard(-1, [&] {
         std::string value;
         const auto lookup = store::look_up(key, value);
@@ -136,14 +147,17 @@ int readdata(const char* key, char* output) {
 }
 
 int is_exsit_key(const char* key) {
+    if (!given(key)) return -1;
     return guard(-1, [&] { return store::find_key(key); });
 }
 
 int do_insert(const char* key, const char* value) {
+    if (!given(key, value)) return -1;
     return guard(-1, [&] { return store::insert_row(key, value); });
 }
 
 int do_modify(const char* key, const char* value) {
+    if (!given(key, value)) return -1;
     return guard(-1, [&] { return store::change_rows(key, value); });
 }
 

@@ -104,7 +104,7 @@ int insert_row(const char* key, const char* value) {
 int change_rows(const char* key, const char* value) {
     return sql::execute_update(
         printed(textf("update vpclientconfigure set value='%s' where key=%s",
-                      sql::in_single(view(value)).c_str(), sql::bare(view(key)).c_str())));
+                      sql::in_single(view(value)).c_str(), sql::literal(view(key)).c_str())));
 }
 
 } // namespace qvtc::store

@@ -1,12 +1,8 @@
 #include "store/sql.hpp"
 
-#include <algorithm>
-#include <array>
-#include <cctype>
 #include <memory>
 
 #include <sqlite3.h>
-#include <strings.h>
 
 #include "core/log.hpp"
 #include "core/text.hpp"
@@ -55,29 +51,14 @@ Outcome fetch(const char* statement, Table& table) {
     return outcome_of(status, message);
 }
 
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-bool is_word_part(char c) {
-    return is_digit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
 bool is_number(std::string_view text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), is_digit);
-}
-bool is_word(std::string_view text) {
-    return !text.empty() && !is_digit(text.front()) &&
-           std::all_of(text.begin(), text.end(), is_word_part);
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-/// Words that a statement on the library's table would take for more than a name
-/// that does not exist: "where key=key" holds for every row.
-constexpr std::array<std::string_view, 11> meaningful = {
-    "key",  "value", "rowid",        "oid",          "_rowid_",          "null",
-    "true", "false", "current_date", "current_time", "current_timestamp"};
-
-bool means_something(std::string_view word) {
-    return std::any_of(meaningful.begin(), meaningful.end(), [&](std::string_view each) {
-        return each.size() == word.size() &&
-               strncasecmp(each.data(), word.data(), each.size()) == 0;
-    });
+/// A text in single quotes, with every quote inside it doubled.
+bool is_quoted(std::string_view text) {
+    if (text.size() < 2 || text.front() != '\'' || text.back() != '\'') return false;
+    return !contains(replace_all(text.substr(1, text.size() - 2), "''", ""), "'");
 }
 
 } // namespace
@@ -107,9 +88,8 @@ int create_table(const char* name, const char* columns) {
         log(Level::error, "@sql_createtable %s", question.words());
         return 0;
     }
-    const Outcome creation = run(
-        textf("create table %s(%s)", sql::name(table).c_str(), columns != nullptr ? columns : "")
-            .c_str());
+    const Outcome creation =
+        run(textf("create table %s(%s)", table.c_str(), columns != nullptr ? columns : "").c_str());
     if (!creation.failed()) return 0;
     log(Level::error, "create table error %s", creation.words());
     return -2;
@@ -137,7 +117,7 @@ int execute_update(const char* statement) {
 
 int delete_rows(const char* table, const char* id) {
     const std::string statement =
-        textf("delete from %s where id='%s'", name(table != nullptr ? table : "").c_str(),
+        textf("delete from %s where id='%s'", table != nullptr ? table : "",
               in_single(id != nullptr ? id : "").c_str());
     if (!run(statement.c_str()).failed()) return 0;
     log(Level::error, "%s", "@sql_delete delete data failed");
@@ -155,15 +135,9 @@ int query(const char* statement, Table& table) {
 
 std::string in_single(std::string_view value) { return replace_all(value, "'", "''"); }
 
-// Deliberate: a plain word is no text here but a column that does not exist, and the
-// statement fails, as it always did.
-std::string bare(std::string_view value) {
-    if (is_number(value) || (is_word(value) && !means_something(value))) return std::string(value);
+std::string literal(std::string_view value) {
+    if (is_number(value) || is_quoted(value)) return std::string(value);
     return "'" + in_single(value) + "'";
-}
-
-std::string name(std::string_view name) {
-    return is_word(name) ? std::string(name) : "\"" + replace_all(name, "\"", "\"\"") + "\"";
 }
 
 } // namespace qvtc::store::sql

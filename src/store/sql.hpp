@@ -16,7 +16,7 @@ void close_database();
 
 /// Creates a table unless the question whether it exists fails, which alone is no
 /// failure. Its answer is not looked at: -2 also for a table that is there already.
-/// The columns are SQL text.
+/// Name and columns are SQL text: "main.t", "[two words]", "if not exists t".
 int create_table(const char* name, const char* columns);
 
 // Whole statements, as their callers wrote them; -1 when they fail.
@@ -24,7 +24,8 @@ int execute(const char* statement);
 int execute_insert(const char* statement);
 int execute_update(const char* statement);
 
-/// Deletes the rows whose column "id" has that text; -1 when that fails.
+/// Deletes the rows whose column "id" has that text; -1 when that fails. The table is
+/// SQL text, as above; the id is a value.
 int delete_rows(const char* table, const char* id);
 
 /// The outcome of a statement as SQLite lays it out: names of the columns, then
@@ -44,11 +45,8 @@ int query(const char* statement, Table& table);
 /// Between the single quotes of a statement.
 std::string in_single(std::string_view value);
 
-/// Where a statement has a value without quotes: a number, or a word that names
-/// nothing, stays as it is; anything else becomes a text in quotes.
-std::string bare(std::string_view value);
-
-/// The name of a table: a word stays as it is, anything else gets double quotes.
-std::string name(std::string_view name);
+/// Where a statement has a value without quotes: a number, or a text that is in single
+/// quotes already, stays as it is; anything else becomes a text in quotes.
+std::string literal(std::string_view value);
 
 } // namespace qvtc::store::sql

@@ -2,14 +2,17 @@
 
 #include "core/faults/descriptors.hpp"
 #include "core/faults/os_calls.hpp"
-#include "core/files.hpp"
+#include "core/file_lock.hpp"
 #include "qvtcapi/qvtcapi.h"
 #include "store/settings_document.hpp"
 
+#include <csignal>
 #include <fcntl.h>
 #include <fstream>
+#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace qvtc::test {
@@ -71,11 +74,11 @@ TEST_F(DocumentFile, IsFlushedBeforeItTakesTheOldOnesPlace) {
     write_file(document_path, old_text);
     const OsCalls calls;
     EXPECT_EQ(written("configItem", "k", "new"), 0);
-    EXPECT_EQ(
-        calls.on_files(),
-        (Lines{"write /home/root/vpclientData.xml.NEW", "fsync /home/root/vpclientData.xml.NEW",
-               "rename /home/root/vpclientData.xml.NEW /home/root/vpclientData.xml",
-               "fsync /home/root"}));
+    EXPECT_EQ(calls.on_files(),
+              (Lines{"write /home/root/.vpclientData.xml.qvtc-draft",
+                     "fsync /home/root/.vpclientData.xml.qvtc-draft",
+                     "rename /home/root/.vpclientData.xml.qvtc-draft /home/root/vpclientData.xml",
+                     "fsync /home/root"}));
     EXPECT_EQ(document_text(), new_text);
     EXPECT_EQ(names_in("/home/root"), Lines{"vpclientData.xml"});
 }
@@ -124,18 +127,44 @@ TEST_F(DocumentFile, LinkStaysALink) {
     EXPECT_EQ(status_of("/data/settings.xml").st_mode & 07777U, 0600U);
 }
 
-TEST_F(DocumentFile, IsLockedWhereItLies) {
-    std::filesystem::create_symlink("/data/settings.xml", document_path);
+TEST_F(DocumentFile, IsLockedByAFileThatOnlyRootCanOpen) {
+    QVTC_NEED(terminal_mode() == TerminalMode::root, "only root can become another user");
     OsCalls calls;
-    bool free_at_the_link = false;
-    bool free_at_the_file = true;
+    bool locked = false;
     calls.before("fsync", [&] {
-        free_at_the_link = DirectoryLock("/home/root", 0).acquired();
-        free_at_the_file = DirectoryLock("/data", 0).acquired();
+        const LockWait at_once(std::chrono::seconds(0));
+        locked = FileLock("/run/qvtcapi.lock").error() == ETIMEDOUT;
     });
+    EXPECT_EQ(quietly_written("old"), 0);
+    EXPECT_TRUE(locked);
+    EXPECT_EQ(status_of("/run/qvtcapi.lock").st_mode, S_IFREG | 0600U);
+    // Whatever another user locks, nobody has to wait for it.
+    const pid_t other = fork();
+    if (other == 0) {
+        if (setgid(65534) != 0 || setuid(65534) != 0) _exit(1);
+        for (const char* const path : {"/run/qvtcapi.lock", "/home/root", "/run"}) {
+            const int file = open(path, O_RDONLY | O_CLOEXEC);
+            if (file >= 0) flock(file, LOCK_EX);
+        }
+        raise(SIGSTOP);
+        _exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(other, &status, WUNTRACED), other);
+    ASSERT_TRUE(WIFSTOPPED(status));
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(written("configItem", "k", "new"), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
+    EXPECT_EQ(document_text(), new_text);
+    kill(other, SIGKILL);
+    waitpid(other, &status, 0);
+}
+
+TEST_F(DocumentFile, IsSavedWhereNoLockCanBeKept) {
+    ASSERT_EQ(mount("none", "/run", "tmpfs", MS_RDONLY, ""), 0);
     EXPECT_EQ(quietly_written("new"), 0);
-    EXPECT_TRUE(free_at_the_link);
-    EXPECT_FALSE(free_at_the_file);
+    EXPECT_EQ(document_text(), new_text);
+    ASSERT_EQ(umount("/run"), 0);
 }
 
 TEST_F(DocumentFile, MountedAloneIsRewrittenInPlace) {
@@ -150,6 +179,49 @@ TEST_F(DocumentFile, MountedAloneIsRewrittenInPlace) {
     ASSERT_EQ(umount(document_path.c_str()), 0);
     EXPECT_EQ(names_in("/home/root"), Lines{"vpclientData.xml"});
     EXPECT_EQ(log_lines(), Lines{});
+}
+
+TEST_F(DocumentFile, MountedAloneOnAFullDiskStays) {
+    ASSERT_EQ(mount("none", "/data", "tmpfs", 0, "size=32k"), 0);
+    write_file("/data/real.xml", document_of("configItem", "k", std::string(11'000, 'x')));
+    fill("/data/filler");
+    const std::string before = read_file("/data/real.xml");
+    write_file(document_path, "");
+    ASSERT_EQ(mount("/data/real.xml", document_path.c_str(), nullptr, MS_BIND, nullptr), 0);
+    EXPECT_EQ(written("configItem", "more", std::string(6000, 'y')), 0);
+    EXPECT_EQ(document_text(), before);
+    EXPECT_EQ(log_lines(), Lines{not_saved("No space left on device")});
+    ASSERT_EQ(umount(document_path.c_str()), 0);
+    ASSERT_EQ(umount("/data"), 0);
+    EXPECT_EQ(names_in("/home/root"), (Lines{"system.log", "vpclientData.xml"}));
+}
+
+TEST_F(DocumentFile, TornByAWriterThatWasKilledIsReadAndRepairedFromItsCopy) {
+    write_file("/data/real.xml", old_text);
+    write_file(document_path, "");
+    ASSERT_EQ(mount("/data/real.xml", document_path.c_str(), nullptr, MS_BIND, nullptr), 0);
+    const pid_t writer = fork();
+    if (writer == 0) {
+        OsCalls calls;
+        calls.before(
+            "fsync", [] { raise(SIGKILL); }, 2); // of the draft, the directory, the file
+        written("configItem", "k", "new");
+        _exit(0);
+    }
+    waitpid(writer, nullptr, 0);
+    write_file("/data/real.xml", new_text.substr(0, 60)); // as if it had come no further
+    EXPECT_EQ(value_read("configItem", "k"), "new");
+    EXPECT_EQ(xml_del_itemNode("none"), 0);
+    EXPECT_EQ(document_text(), new_text);
+    ASSERT_EQ(umount(document_path.c_str()), 0);
+    EXPECT_EQ(names_in("/home/root"), Lines{"vpclientData.xml"});
+}
+
+TEST_F(DocumentFile, LinkedToADeviceLeavesTheDevice) {
+    std::filesystem::create_symlink("/dev/null", document_path);
+    EXPECT_EQ(quietly_written("new"), 0);
+    EXPECT_TRUE(S_ISCHR(status_of("/dev/null").st_mode));
+    EXPECT_TRUE(std::filesystem::is_symlink(document_path));
 }
 
 TEST_F(DocumentFile, StaysWhenTheDiskIsFull) {
@@ -171,6 +243,14 @@ TEST_F(DocumentFile, StaysWhenTheDiskIsFull) {
         EXPECT_EQ(written("configItem", "k", "new"), 0);
         EXPECT_EQ(document_text(), new_text);
     }
+}
+
+TEST_F(DocumentFile, ThatIsEmptyIsReportedOnStandardErrorAndReplaced) {
+    write_file(document_path, "");
+    EXPECT_EQ(capture_stderr([] { EXPECT_EQ(value_read("configItem", "k"), std::nullopt); }),
+              "/home/root/vpclientData.xml:1: parser error : Document is empty\n\n^\n");
+    EXPECT_EQ(quietly_written("new"), 0);
+    EXPECT_EQ(document_text(), new_text);
 }
 
 TEST_F(DocumentFile, StaysWhenItCannotBeSaved) {
@@ -223,6 +303,12 @@ TEST_F(DocumentFile, ThatCannotBeReadIsNeverReplaced) {
     std::filesystem::create_symlink("vpclientData.xml", document_path);
     expect_refusal("a link to itself");
     EXPECT_TRUE(std::filesystem::is_symlink(document_path));
+    std::filesystem::remove(document_path);
+
+    write_file(document_path, "");
+    std::filesystem::resize_file(document_path, 3UL * 1024 * 1024 * 1024);
+    expect_refusal("too large");
+    EXPECT_EQ(std::filesystem::file_size(document_path), 3UL * 1024 * 1024 * 1024);
     std::filesystem::remove(document_path);
 
     write_file(document_path, old_text);

@@ -49,7 +49,7 @@ std::string language() {
 
 int set_language(const char* params) {
     ParamTable table;
-    table.parse(params != nullptr ? params : "");
+    table.parse(params);
     const char* const language = table.find("language");
     log(Level::info, "%s language=%s", "qvsetlanguage", language != nullptr ? language : "(null)");
     if (language == nullptr) return 0;

@@ -18,8 +18,8 @@ json_object* handed_over(Make&& make) {
 }
 
 Json language_object() {
-    Json object(json_object_new_object());
-    json_object_object_add(object.get(), "language", json_string(api::language()));
+    Json object = json_map();
+    add_member(object, "language", json_string(api::language()));
     return object;
 }
 
@@ -33,6 +33,7 @@ int qvtcinitapi() {
 }
 
 int qvsetdispconf(const char* params) {
+    if (!given(params)) return -1;
     return guard(-1, [&] { return api::change_resolution(params); });
 }
 
@@ -55,6 +56,7 @@ json_object* qvoemfeature() { return handed_over(api::vendor_features); }
 json_object* qvgetlanguage() { return handed_over(language_object); }
 
 int qvsetlanguage(const char* params) {
+    if (!given(params)) return 0;
     return guard(-1, [&] { return api::set_language(params); });
 }
 

@@ -22,9 +22,7 @@ json_object* volumes() {
 }
 
 int set_volumes(const char* params) {
-    guard_void([&] {
-        if (params != nullptr) audio::set_volumes(params);
-    });
+    if (given(params)) guard_void([&] { audio::set_volumes(params); });
     return 0;
 }
 
@@ -50,7 +48,7 @@ int volumeinit() {
 int audio_volume(unsigned operation, unsigned channel, long* value) {
     return guard(-1, [&] {
         if (operation != read_volume && operation != write_volume) return 0;
-        if (!is_channel(channel) || value == nullptr) {
+        if (!is_channel(channel) || !given(value)) {
             log(Level::error, "@audio_volume no channel %u, or no value", channel);
             return -1;
         }

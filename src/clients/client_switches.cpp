@@ -22,8 +22,8 @@ bool show_horizon_menu_bar(bool on) {
 
 Json horizon_menu_bar() {
     const bool off = contains(store::setting(store::keys::horizon_menu_bar), "off");
-    Json object(json_object_new_object());
-    json_object_object_add(object.get(), "toolbar", json_string(on_or_off(!off)));
+    Json object = json_map();
+    add_member(object, "toolbar", json_string(on_or_off(!off)));
     return object;
 }
 

@@ -9,6 +9,7 @@
 #include "connections/list.hpp"
 #include "core/base64.hpp"
 #include "core/encodings.hpp"
+#include "core/file_lock.hpp"
 #include "core/log.hpp"
 #include "core/os.hpp"
 #include "core/paths.hpp"
@@ -37,14 +38,14 @@ constexpr std::uint32_t first_free_block = 10;
 
 std::string status_text(const std::string& value) { return "{'status':'" + value + "'}"; }
 
-/// The last 200 lines of a log, without what cannot be printed.
+/// The last 200 lines of a log, without what cannot be printed. One asker at a time, of all
+/// processes: two would write, read and remove each other's copy of the log.
 std::string log_tail(const char* path, std::size_t limit) {
-    std::string tail =
-        os().capture(textf("tr -cd '[:alnum:][:space:][:punct:]\n' < %s > /tmp/tmp.log;"
-                           "tail -n 200 /tmp/tmp.log;rm -rf /tmp/tmp.log",
-                           path),
-                     limit);
-    return tail;
+    const FileLock turn(paths::log_tail_lock);
+    return os().capture(textf("tr -cd '[:alnum:][:space:][:punct:]\n' < %s > /tmp/tmp.log;"
+                              "tail -n 200 /tmp/tmp.log;rm -rf /tmp/tmp.log",
+                              path),
+                        limit);
 }
 
 std::string without_last_newline(std::string text) {
@@ -103,7 +104,7 @@ std::string broker_value(const std::string& address) {
     const std::string answer = os().capture(
         textf(
             "curl --connect-timeout 3 -sk https://%s/public/velopane-identify/is-me.do | grep isMe",
-            shell::word(host).c_str()),
+            shell::word(host, shell::At::inside_word).c_str()),
         1024);
     return contains(answer, "{\"isMe\":true}") ? status_value::connected
                                                : status_value::failure("not velopane!");

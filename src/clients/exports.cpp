@@ -20,11 +20,15 @@ namespace {
 
 template <typename Launch>
 int started(Launch launch, std::uint32_t id) {
-    return guard(-1, [&] { return launch(id) ? 0 : -1; });
+    return guard(-1, [&] {
+        // The client need not wait for the setting that notes its start.
+        const LockWait at_most(std::chrono::seconds(1));
+        return launch(id) ? 0 : -1;
+    });
 }
 
 [[noreturn]] void run_watch(clients::Watch watch, void* pattern) {
-    guard_void([&] { watch(static_cast<const char*>(pattern)); });
+    if (given(pattern)) guard_void([&] { watch(static_cast<const char*>(pattern)); });
     pthread_exit(nullptr);
 }
 
@@ -47,6 +51,7 @@ int launch_vnc_connection(std::uint32_t id) { return started(clients::launch_vnc
 int launch_firefox_connection(std::uint32_t id) { return started(clients::launch_web, id); }
 
 int qvvelopanelaunchclient(const char* arguments) {
+    if (!given(arguments)) return -1;
     return guard(-1, [&] { return clients::run_rdp_client(arguments); });
 }
 
@@ -64,6 +69,7 @@ void* freerdp_thread(void* pattern) { run_watch(clients::watch_rdp_window, patte
 
 void* launchclient_thread(void* command) {
     const long status = guard(-1L, [&] {
+        if (!given(command)) return -1L;
         switch (clients::run_with_status_file(static_cast<const char*>(command))) {
         case clients::CommandRun::ended:
             return 0L;
@@ -78,7 +84,8 @@ void* launchclient_thread(void* command) {
 }
 
 int addstatusitem(json_object* object, const char* text) {
-    json_object_object_add(object, "status", json_object_new_string(text));
+    if (!given(object, text)) return 0;
+    guard_void([&] { add_member(Json(json_object_get(object)), "status", json_string(text)); });
     return 0;
 }
 
@@ -91,6 +98,7 @@ json_object* getclientstatus(std::uint32_t id) {
 }
 
 char* xfreerdp_status(char* out) {
+    if (!given(out)) return out;
     return guard(out, [&] {
         copy_out_whole(out, clients::earlier_rdp_status());
         return out;

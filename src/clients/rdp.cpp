@@ -56,10 +56,12 @@ void start_client(const std::string& command_line) {
 
 std::string rdp_command_line(const RdpFacts& facts) {
     const std::string size =
-        facts.screen_size.empty() ? "/f" : "/size:" + shell::bare(facts.screen_size);
+        facts.screen_size.empty()
+            ? "/f"
+            : "/size:" + shell::bare(facts.screen_size, shell::At::inside_word);
     std::string line = textf(
         "xfreerdp /t:%s /v:'%s' %s +auto-reconnect /auto-reconnect-max-retries:5 /cert-ignore ",
-        shell::bare(facts.record[Field::name]).c_str(),
+        shell::bare(facts.record[Field::name], shell::At::inside_word).c_str(),
         shell::in_single(facts.record[Field::serverAddress]).c_str(), size.c_str());
     for (const rdp_options::Option& option : rdp_options::in_order) {
         if (option.decide != nullptr) {

@@ -46,7 +46,8 @@ std::string domain_and_gateway(const RdpFacts& facts) {
 std::string graphics(const RdpFacts& facts) {
     if (is_on(facts.record[Field::useGFX])) return " /gfx:AVC444 +async-update";
     if (is_on(facts.record[Field::useRemoteFX])) return " /rfx /gdi:hw";
-    return textf(" /bpp:%s", shell::bare(facts.record[Field::colorDepth]).c_str());
+    return textf(" /bpp:%s",
+                 shell::bare(facts.record[Field::colorDepth], shell::At::inside_word).c_str());
 }
 
 std::string sound(const RdpFacts& facts) {
@@ -56,7 +57,7 @@ std::string sound(const RdpFacts& facts) {
 
 std::string custom_port(const RdpFacts& facts) {
     if (!is_on(facts.record[Field::useCustomRDPPort])) return "";
-    return " /port:" + shell::bare(facts.record[Field::rdpPort]);
+    return " /port:" + shell::bare(facts.record[Field::rdpPort], shell::At::inside_word);
 }
 
 std::string drives(const RdpFacts& facts) {

@@ -53,8 +53,8 @@ std::string spice_command_line(const SpiceFacts& facts) {
     std::string line = "remote-viewer -f" + disabled_effects(facts) + usb_redirection(facts);
     const std::string& address = facts.record[Field::serverAddress];
     const std::string& port = facts.record[Field::port];
-    if (!address.empty()) line += " spice://" + shell::bare(address);
-    if (!port.empty()) line += ":" + shell::bare(port);
+    if (!address.empty()) line += " spice://" + shell::bare(address, shell::At::inside_word);
+    if (!port.empty()) line += ":" + shell::bare(port, shell::At::inside_word);
     return line;
 }
 

@@ -20,7 +20,9 @@ std::string vnc_command_line(const connections::Record& record) {
     std::string line = "vncviewer FullScreen ";
     // Deliberate: the password as it is stored, and the address right behind it.
     if (!record[Field::password].empty()) line += " passwd " + shell::bare(record[Field::password]);
-    return line + shell::bare(record[Field::serverAddress]);
+    const bool new_word = line.ends_with(' ') || line.ends_with('\t');
+    return line + shell::bare(record[Field::serverAddress],
+                              new_word ? shell::At::word_start : shell::At::inside_word);
 }
 
 bool launch_vnc(connections::ConnectionId id) {

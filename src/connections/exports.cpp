@@ -17,7 +17,7 @@ extern "C" {
 
 int getConnectItemName(std::uint32_t type, char* prefix) {
     const auto known = connections::known_type(type);
-    if (!known) return -1;
+    if (!known || !given(prefix)) return -1;
     copy_out_whole(prefix, known->prefix);
     return 0;
 }
@@ -30,11 +30,12 @@ int getfreeid(std::uint32_t type) {
 }
 
 int qvsort(int* values, int count) {
-    if (values != nullptr && count > 1) std::sort(values, values + count);
+    if (given(values) && count > 1) std::sort(values, values + count);
     return 0;
 }
 
 int getconnparams(conn_info* record, json_object* json) {
+    if (!given(record, json)) return 0;
     guard_void([&] {
         const connections::Record parsed = connections::record_from_json(json);
         for (std::size_t i = 1; i < connections::field_count; ++i) {
@@ -45,11 +46,12 @@ int getconnparams(conn_info* record, json_object* json) {
 }
 
 int setconnections(std::uint32_t type, char* params) {
+    if (!given(params)) return -1;
     return guard(-1, [&] { return connections::store_connection(type, params) ? 0 : -1; });
 }
 
 int qvsetconnections(unsigned type, char* params) {
-    guard_void([&] { connections::store_connection(type, params); });
+    if (given(params)) guard_void([&] { connections::store_connection(type, params); });
     return 0;
 }
 
@@ -86,12 +88,12 @@ json_object* qvconnectdelay() {
 }
 
 int setconnectdelay(const char* params) {
-    guard_void([&] { connections::store_connect_delay(params); });
+    if (given(params)) guard_void([&] { connections::store_connect_delay(params); });
     return 1;
 }
 
 int qvsetconnectdelay(const char* params) {
-    guard_void([&] { connections::store_connect_delay(params); });
+    if (given(params)) guard_void([&] { connections::store_connect_delay(params); });
     return 1;
 }
 }

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <json-c/linkhash.h>
+#include <new>
 
 #include "connections/record.hpp"
 #include "core/log.hpp"
@@ -27,9 +28,14 @@ Json parsed_params(const std::string& params) {
     // come back as none, like every backslash of a value.
     std::string text = replace_all(params, "\\", "\\\\\\\\");
     // A quote in a value would end the value and begin members of its own.
-    Json object = contains(text, "\"") ? nullptr : parse_json(params_to_json(text.data()));
-    if (object == nullptr)
-        log(Level::error, "@setconnections not a parameter string: %s", params.c_str());
+    const std::string json = contains(text, "\"") ? "" : params_to_json(text.data());
+    Json object = parse_json(json);
+    // When memory runs out, json-c leaves a member out without a word.
+    if (json_object_equal(object.get(), parse_json(json).get()) == 0) throw std::bad_alloc();
+    if (object == nullptr) {
+        // Not the text itself: there may be a password in it.
+        log(Level::error, "@setconnections not a parameter string (%zu bytes)", params.size());
+    }
     return object;
 }
 
@@ -77,14 +83,19 @@ std::string record_text(const Record& record) {
 }
 
 Json record_object(const Record& record) {
-    Json object(json_object_new_object());
+    Json object = json_map();
     // Room for all fields at once: the table would grow, and hash anew, thrice.
-    lh_table_resize(json_object_get_object(object.get()), 2 * static_cast<int>(field_count));
+    const int room =
+        lh_table_resize(json_object_get_object(object.get()), 2 * static_cast<int>(field_count));
+    if (room != 0) throw std::bad_alloc();
     constexpr unsigned fresh_constant_key =
         JSON_C_OBJECT_ADD_KEY_IS_NEW | JSON_C_OBJECT_ADD_CONSTANT_KEY;
     for (std::size_t i = 0; i < field_count; ++i) {
-        json_object_object_add_ex(object.get(), field_names[i], json_string(record.values[i]),
-                                  fresh_constant_key);
+        Json value = json_string(record.values[i]);
+        if (json_object_object_add_ex(object.get(), field_names[i], value.get(),
+                                      fresh_constant_key) != 0)
+            throw std::bad_alloc();
+        static_cast<void>(value.release());
     }
     return object;
 }
@@ -115,11 +126,12 @@ bool store_connection(std::uint32_t type, const std::string& params) {
     const Json described = parsed_params(params);
     if (described == nullptr) return false;
     const std::string asked_id = json_plain_text(described.get(), name_of(Field::id)).value_or("");
-    Record record = record_from_json(described.get());
     bool stored = false;
     const bool locked = store::change_document([&](store::Document& document) {
         const auto id = id_to_store(document, *known, asked_id);
         if (!id) return false;
+        // Only now, since it logs each field that is missing.
+        Record record = record_from_json(described.get());
         record[Field::id] = *id;
         return stored = write_record(document, item_name(known->prefix, *id), record);
     });
@@ -141,9 +153,9 @@ Json connection(std::uint32_t type, ConnectionId id) {
 }
 
 Json connections_of(std::uint32_t type) {
-    Json list(json_object_new_object());
-    json_object* const records = json_object_new_array();
-    json_object_object_add(list.get(), "list", records);
+    Json list = json_map();
+    add_member(list, "list", json_list());
+    json_object* const records = json_object_object_get(list.get(), "list");
     const auto known = known_type(type);
     if (!known) return list;
     const store::Document document = store::Document::load();
@@ -151,8 +163,7 @@ Json connections_of(std::uint32_t type) {
     for (ConnectionId id = base; id < base + ids_per_type; ++id) {
         const std::string item = item_name(known->prefix, id);
         if (!document.get(item, name_of(Field::id))) continue;
-        json_object_array_add(
-            records, record_object(read_record(document, item, listed_value_limit)).release());
+        add_element(records, record_object(read_record(document, item, listed_value_limit)));
     }
     return list;
 }
@@ -170,8 +181,8 @@ bool delete_connection(std::uint32_t type, std::uint32_t slot) {
 Json connect_delay() {
     const std::string delay = cut(store::setting(store::keys::connect_delay), delay_limit);
     if (delay.empty()) return nullptr;
-    Json object(json_object_new_object());
-    json_object_object_add(object.get(), "delay", json_string(delay));
+    Json object = json_map();
+    add_member(object, "delay", json_string(delay));
     return object;
 }
 

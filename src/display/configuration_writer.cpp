@@ -1,5 +1,7 @@
 #include "display/configuration_writer.hpp"
 
+#include <array>
+
 #include "core/line_file.hpp"
 #include "core/os.hpp"
 #include "core/paths.hpp"
@@ -47,7 +49,7 @@ bool output_test_holds(OutputTest test) {
 } // namespace
 
 int write_configuration(const std::string& index) {
-    os().run(textf("echo -e \"%s\">%s", name_of_number(number_of_index(index)), paths::resolution));
+    write_lines(paths::resolution, std::array{std::string(name_of_number(number_of_index(index)))});
     write_lines(paths::xorg_conf, minimal_configuration());
     return run_display_script();
 }

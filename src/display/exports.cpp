@@ -25,7 +25,7 @@ json_object* object_of(Json (*getter)()) {
 /// Runs a setter that reports nothing, and gives what its edge always gives.
 template <typename Argument>
 int always(int result, void (*setter)(Argument), const char* params) {
-    guard_void([&] { setter(params); });
+    if (given(params)) guard_void([&] { setter(params); });
     return result;
 }
 
@@ -62,10 +62,12 @@ json_object* qvgetdisplist() { return object_of(display::offered_resolutions); }
 json_object* getdisplist() { return object_of(display::offered_resolutions); }
 
 unsigned GetDispIndex(const char* index) {
+    if (!given(index)) return 0;
     return guard(0U, [&] { return display::number_of_index(index); });
 }
 
 int getcurrentdisp(char* out) {
+    if (!given(out)) return -1;
     return guard(-1, [&] {
         const auto resolution = display::current_resolution();
         if (!resolution) return -1;
@@ -75,6 +77,7 @@ int getcurrentdisp(char* out) {
 }
 
 int savedispconf(const char* index) {
+    if (!given(index)) return -1;
     return guard(-1, [&] { return display::write_configuration(index); });
 }
 
@@ -83,6 +86,7 @@ int savedispconf_bak(const char* index) {
 }
 
 int setdispconf(const char* params) {
+    if (!given(params)) return -1;
     return guard(-1, [&] { return display::set_resolution(params); });
 }
 
@@ -109,6 +113,7 @@ int qvsetdisplaymode(const char* params) {
 }
 
 int setdisplaymode(const char* params) {
+    if (!given(params)) return 1;
     return guard(1, [&] { return display::set_mode(params); });
 }
 

@@ -8,8 +8,15 @@ namespace qvtc::display {
 
 namespace {
 
-bool names(std::string_view pair, std::string_view name) {
-    return pair.starts_with(name) && pair.substr(name.size()).starts_with('=');
+/// What stands behind "name" in each pair that begins so, until `accepts` takes one.
+template <typename Accepts>
+bool any_rest_of(std::string_view params, std::string_view name, Accepts accepts) {
+    while (!params.empty()) {
+        const std::string_view pair = params.substr(0, params.find('&'));
+        if (pair.starts_with(name) && accepts(pair.substr(name.size()))) return true;
+        params.remove_prefix(std::min(pair.size() + 1, params.size()));
+    }
+    return false;
 }
 
 } // namespace
@@ -23,12 +30,14 @@ std::optional<std::string> value_of(const std::string& params, std::string_view 
 
 std::optional<std::string> value_or_empty_of(const std::string& params, std::string_view name) {
     if (auto value = value_of(params, name)) return value;
-    for (std::string_view rest = params; !rest.empty();) {
-        const auto end = std::min(rest.find('&'), rest.size());
-        if (names(rest.substr(0, end), name)) return "";
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
-    return std::nullopt;
+    const auto is_empty = [](std::string_view rest) {
+        return rest.starts_with('=') && rest.find_first_not_of('=') == std::string_view::npos;
+    };
+    return any_rest_of(params, name, is_empty) ? std::optional<std::string>("") : std::nullopt;
+}
+
+bool has_pair(const std::string& params, std::string_view name) {
+    return any_rest_of(params, name, [](std::string_view rest) { return rest.starts_with('='); });
 }
 
 } // namespace qvtc::display

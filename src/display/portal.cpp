@@ -9,8 +9,8 @@ namespace qvtc::display {
 
 Json user_portal() {
     const bool off = contains(store::setting(store::keys::user_portal), "off");
-    Json object(json_object_new_object());
-    json_object_object_add(object.get(), "useUserportal", json_string(off ? "off" : "on"));
+    Json object = json_map();
+    add_member(object, "useUserportal", json_string(off ? "off" : "on"));
     return object;
 }
 

@@ -45,9 +45,9 @@ void put_into_force(const std::string& params) {
 }
 
 Json power_saving_object(const std::string& saving, const std::string& minutes) {
-    Json object(json_object_new_object());
-    json_object_object_add(object.get(), "monitorPowerSave", json_string(saving));
-    json_object_object_add(object.get(), "monitorPowerSaveMins", json_string(minutes));
+    Json object = json_map();
+    add_member(object, "monitorPowerSave", json_string(saving));
+    add_member(object, "monitorPowerSaveMins", json_string(minutes));
     return object;
 }
 

@@ -39,7 +39,7 @@ int set_resolution(const std::string& request) {
     log(Level::debug, "@%s disp=%s", "setdispconf", request.c_str());
     if (request.empty()) return -1;
     const std::string index = requested_index(request);
-    const bool forced = value_or_empty_of(request, "force").has_value();
+    const bool forced = has_pair(request, "force");
     store::change_document([&](store::Document& document) {
         if (forced) return store_kept_request(document, index);
         const std::string applied = stored(document, keys::applied_resolution);
@@ -51,10 +51,10 @@ int set_resolution(const std::string& request) {
 
 Json requested_resolution() {
     const std::string index = store::setting(keys::requested_resolution);
-    Json object(json_object_new_object());
-    json_object_object_add(object.get(), "res",
-                           index.empty() ? json_string(std::to_string(resolution_number::automatic))
-                                         : json_string(index));
+    Json object = json_map();
+    add_member(object, "res",
+               index.empty() ? json_string(std::to_string(resolution_number::automatic))
+                             : json_string(index));
     return object;
 }
 

@@ -52,7 +52,8 @@ std::optional<AddressRequest> address_request(const std::string& params, Link li
     ParamTable table;
     table.parse(params);
     if (table.find("conf") == nullptr) {
-        log(Level::error, "@setnetworkconf no conf in: %s", params.c_str());
+        // Not the text itself: there may be a password in it.
+        log(Level::error, "@setnetworkconf no conf");
         return std::nullopt;
     }
     AddressRequest request;

@@ -42,7 +42,7 @@ json_object* handed_over(Getter getter) {
 /// Runs a setter whose outcome is never told.
 template <typename Setter>
 int always_zero(const char* params, Setter setter) {
-    if (params != nullptr) guard_void([&] { setter(params); });
+    if (given(params)) guard_void([&] { setter(params); });
     return 0;
 }
 
@@ -51,7 +51,7 @@ int network_status() {
 }
 
 int set_conf(const char* device, const char* params) {
-    if (device == nullptr || params == nullptr) return -1;
+    if (!given(device, params)) return -1;
     return guard(-1, [&] { return network::set_wired_conf(device, params); });
 }
 
@@ -114,7 +114,7 @@ int qvsetdefaultroute(const char* params) {
 }
 
 json_object* getwiredconf(const char* device) {
-    if (device == nullptr) return nullptr;
+    if (!given(device)) return nullptr;
     return handed_over([&] { return network::wired_conf(device); });
 }
 
@@ -130,12 +130,12 @@ int getwiredstatus() { return network_status(); }
 int getnetworkstatus() { return network_status(); }
 
 int networkstatus(const char* device) {
-    if (device == nullptr) return 0;
+    if (!given(device)) return 0;
     return guard(0, [&] { return network::is_running(device) ? 1 : 0; });
 }
 
 int getnetconf(const char* device, netconf* record) {
-    if (device == nullptr || record == nullptr) return 0;
+    if (!given(device, record)) return 0;
     guard_void([&] {
         network::NetConf conf;
         for (const FieldRow& row : fields_of_record)
@@ -149,7 +149,7 @@ int getnetconf(const char* device, netconf* record) {
 }
 
 int getipaddr(const char* device, char* address) {
-    if (device == nullptr || address == nullptr) return -1;
+    if (!given(device, address)) return -1;
     return guard(-1, [&] {
         const auto found = network::address_of(device);
         if (!found) return -1;
@@ -159,7 +159,7 @@ int getipaddr(const char* device, char* address) {
 }
 
 int getmask(const char* device, char* mask) {
-    if (device == nullptr || mask == nullptr) return -1;
+    if (!given(device, mask)) return -1;
     return guard(-1, [&] {
         std::string found;
         const network::MaskRead outcome = network::read_mask(device, found);
@@ -171,7 +171,7 @@ int getmask(const char* device, char* mask) {
 }
 
 int getgateway(const char* device, char* gateway) {
-    if (device == nullptr || gateway == nullptr) return -1;
+    if (!given(device, gateway)) return -1;
     return guard(-1, [&] {
         const auto found = network::gateway_of(device);
         if (found && !found->empty()) copy_out(gateway, field_size, *found);
@@ -180,7 +180,7 @@ int getgateway(const char* device, char* gateway) {
 }
 
 int getconf(char* conf, const char* device) {
-    if (device == nullptr || conf == nullptr) return -1;
+    if (!given(device, conf)) return -1;
     return guard(-1, [&] {
         std::string mode;
         const network::ConfRead outcome = network::read_conf(device, mode);
@@ -190,7 +190,7 @@ int getconf(char* conf, const char* device) {
 }
 
 int getdns(char* first, char* second) {
-    if (first == nullptr || second == nullptr) return -1;
+    if (!given(first, second)) return -1;
     return guard(-1, [&] {
         const auto servers = network::name_servers();
         if (!servers) return -1;
@@ -203,28 +203,28 @@ int getdns(char* first, char* second) {
 int setnetworkconf(const char* device, const char* params) { return set_conf(device, params); }
 
 int savenetconf(const char* device, const char* list, int keepfile) {
-    if (device == nullptr) return -1;
+    if (!given(device, list)) return -1;
     return guard(-1, [&] { return network::apply_wired_conf(device, list, keepfile == 1); });
 }
 
 int network_restart(const char* device) {
-    if (device == nullptr) return -1;
+    if (!given(device)) return -1;
     return guard(-1, [&] { return network::restart_interface(device); });
 }
 
 int getnetdevname(char* name) {
-    if (name != nullptr) copy_out_whole(name, network::main_port);
+    if (given(name)) copy_out_whole(name, network::main_port);
     return 0;
 }
 
 void wiredconf_init(netconf* record) {
-    if (record == nullptr) return;
+    if (!given(record)) return;
     for (const FieldRow& row : fields_of_record)
         copy_out(record->*row.there, field_size, "0.0.0.0");
 }
 
 int resetnetwork(const char* device) {
-    if (device == nullptr) return -1;
+    if (!given(device)) return -1;
     return guard(-1, [&] { return network::reset_wired(device) ? 0 : -1; });
 }
 
@@ -235,7 +235,7 @@ int getwifi() {
 int setwifionoff(const char* params) { return always_zero(params, network::switch_wifi); }
 
 int getwifionoff(char* params) {
-    if (params == nullptr) return -1;
+    if (!given(params)) return -1;
     return guard(-1, [&] {
         const std::string stored = network::wifi_switch();
         if (stored.empty()) return -1;
@@ -247,7 +247,7 @@ int getwifionoff(char* params) {
 json_object* getwifilist() { return handed_over(network::wifi_list); }
 
 int scan_tabbed_data(const char* line, char fields[][128], int max) {
-    if (line == nullptr || fields == nullptr || max <= 0) return 0;
+    if (!given(line, fields) || max <= 0) return 0;
     return guard(0, [&] {
         const auto found = network::scan_fields(line, static_cast<std::size_t>(max));
         for (std::size_t i = 0; i < found.size(); ++i)
@@ -257,7 +257,7 @@ int scan_tabbed_data(const char* line, char fields[][128], int max) {
 }
 
 int enctype_type(char* security) {
-    return static_cast<int>(network::encryption_of(security != nullptr ? security : ""));
+    return static_cast<int>(network::encryption_of(given(security) ? security : ""));
 }
 
 int signal_level(int value, int levels) { return network::signal_level(value, levels); }
@@ -269,25 +269,26 @@ int resetWifi() {
 int setwifiauth(const char* params) { return always_zero(params, network::join_network); }
 
 int getwirelessconf(char* object) {
-    if (object == nullptr) return 0;
+    if (!given(object)) return 0;
     guard_void(
         [&] { copy_out(object, object_size, network::object_text(network::wireless_conf())); });
     return 0;
 }
 
 int setwirelessconf(const char* params) {
-    if (params == nullptr) return -1;
+    if (!given(params)) return -1;
     return guard(-1, [&] { return network::set_wireless_conf(params) ? 0 : -1; });
 }
 
 int savewirelessconf(const char* list) {
+    if (!given(list)) return -1;
     return guard(-1, [&] { return network::apply_wireless_conf(list); });
 }
 
 int setdefaultroute(const char* params) { return always_zero(params, network::set_default_route); }
 
 int getdefaultroute(char* route) {
-    if (route == nullptr) return 0;
+    if (!given(route)) return 0;
     guard_void([&] {
         const std::string stored = network::default_route_text();
         if (!stored.empty()) copy_out_whole(route, stored);

@@ -40,8 +40,9 @@ void write_static_files(const std::string& device, const NetConf& conf) {
     write_lines(paths::network_conf,
                 Lines{"", "# Created by anaconda",
                       textf("GATEWAY=%s", shell::assigned(conf.gateway).c_str())});
-    os().run(textf("echo %s>/tmp/abcd-%s", shell::before_redirection(conf.gateway).c_str(),
-                   shell::word(replace_all(device, '/', '-')).c_str()));
+    os().run(textf("echo %s>/tmp/abcd-%s",
+                   shell::before_redirection(one_line(conf.gateway)).c_str(),
+                   shell::word(replace_all(device, '/', '-'), shell::At::inside_word).c_str()));
 }
 
 /// False when the configuration names no server. Deliberate: one that was not
@@ -49,9 +50,9 @@ void write_static_files(const std::string& device, const NetConf& conf) {
 bool write_name_servers(const NetConf& conf) {
     Lines lines = {"# Created by NetworkManager"};
     for (const std::string* const server : {&conf.dns1, &conf.dns2}) {
-        if (server->size() < shortest_name_server) continue;
-        // A value has one line, whatever it holds.
-        lines.push_back(textf("nameserver %s", replace_all(*server, '\n', ' ').c_str()));
+        const std::string address = one_line(*server);
+        if (address.size() < shortest_name_server) continue;
+        lines.push_back(textf("nameserver %s", address.c_str()));
     }
     write_lines(paths::resolv_conf, lines);
     return lines.size() > 1;
@@ -66,23 +67,25 @@ bool has_interface(const std::string& device) {
 }
 
 Json conf_object(const NetConf& conf) {
-    Json object(json_object_new_object());
-    if (object == nullptr) return nullptr;
-    json_object_object_add(object.get(), "conf", json_string(conf.conf));
-    json_object_object_add(object.get(), "ip", json_string(conf.ip));
-    json_object_object_add(object.get(), "mask", json_string(conf.mask));
-    json_object_object_add(object.get(), "gateway", json_string(conf.gateway));
-    json_object_object_add(object.get(), "dns1", json_string(conf.dns1));
-    json_object_object_add(object.get(), "dns2", json_string(conf.dns2));
+    Json object = json_map();
+    add_member(object, "conf", json_string(conf.conf));
+    add_member(object, "ip", json_string(conf.ip));
+    add_member(object, "mask", json_string(conf.mask));
+    add_member(object, "gateway", json_string(conf.gateway));
+    add_member(object, "dns1", json_string(conf.dns1));
+    add_member(object, "dns2", json_string(conf.dns2));
     return object;
 }
 
 Json wired_conf(const std::string& device) {
     NetConf conf;
     read_net_conf(device, conf);
-    Json object = conf_object(conf);
-    if (object == nullptr) log(Level::error, "@getwiredconf: json_object_new_object fail\n");
-    return object;
+    try {
+        return conf_object(conf);
+    } catch (const std::bad_alloc&) {
+        log(Level::error, "@getwiredconf: json_object_new_object fail\n");
+        return nullptr;
+    }
 }
 
 Json main_port_conf() { return has_interface(main_port) ? wired_conf(main_port) : nullptr; }
@@ -96,6 +99,11 @@ int set_wired_conf(const std::string& device, const std::string& params) {
     if (params.size() < shortest_params) return -1;
     const auto request = address_request(params, Link::wired);
     if (!request) return -1;
+    // It is noted by echo.
+    if (shell::is_echo_option(one_line(addressing_of(request->list.c_str()).conf.gateway))) {
+        log(Level::error, "@setnetworkconf not a gateway");
+        return -1;
+    }
     store_object(device, request->object);
     return apply_wired_conf(device, request->list.c_str(), request->keep_file);
 }

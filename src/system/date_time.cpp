@@ -59,13 +59,14 @@ std::string synchronisation_of(const Params& stored) {
 void use_zone(const Zone& zone) {
     os().run("rm -rf /etc/localtime");
     os().run(textf("ln -s /usr/share/zoneinfo/posix/%s/%s /etc/localtime",
-                   shell::word(zone.region).c_str(), shell::word(zone.city).c_str()));
+                   shell::word(zone.region, shell::At::inside_word).c_str(),
+                   shell::word(zone.city, shell::At::inside_word).c_str()));
     os().run(textf("echo '%s/%s'>/etc/timezone", shell::in_single(zone.region).c_str(),
                    shell::in_single(zone.city).c_str()));
 }
 
 void add_text(const Json& object, const char* name, std::string_view text) {
-    json_object_object_add(object.get(), name, json_string(text));
+    add_member(object, name, json_string(text));
 }
 
 } // namespace
@@ -73,7 +74,7 @@ void add_text(const Json& object, const char* name, std::string_view text) {
 std::vector<std::string> synchronisation_lines(const std::string& host) {
     return {"# Configuration script used by ntpdate-sync script",
             "",
-            textf("NTPSERVERS=\"%s\"", shell::in_double(host).c_str()),
+            textf("NTPSERVERS=\"%s\"", shell::in_double(one_line(host)).c_str()),
             "",
             "# Set to \"yes\" to write time to hardware clock on success",
             "UPDATE_HWCLOCK=\"no\"",
@@ -84,7 +85,7 @@ Json date_time() {
     const std::string setting = cut(store::setting(store::keys::date_and_time), reading_limit - 1);
     const std::string now = milliseconds_now();
     const Params stored(setting);
-    Json object(json_object_new_object());
+    Json object = json_map();
     add_text(object, "systemTime", now);
     add_text(object, "useNTP", setting.empty() ? "" : synchronisation_of(stored));
     add_text(object, "ntpHost", stored["ntpHost"]);

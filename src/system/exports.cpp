@@ -16,12 +16,10 @@ using namespace qvtc;
 
 namespace {
 
-std::string text_or_empty(const char* text) { return text == nullptr ? "" : text; }
-
-/// Runs a worker whose outcome is not told.
-template <typename Worker>
-int always_0(Worker worker) {
-    guard_void(worker);
+/// Runs a worker whose outcome is not reported, with what a caller gave for it.
+template <typename Worker, typename... Given>
+int always_0(Worker worker, const Given*... pointers) {
+    if (given(pointers...)) guard_void(worker);
     return 0;
 }
 
@@ -30,19 +28,19 @@ int always_0(Worker worker) {
 extern "C" {
 
 int get_tc_hostname(char* out) {
-    return always_0([&] { copy_out(out, system::host_name_size, system::host_name()); });
+    return always_0([&] { copy_out(out, system::host_name_size, system::host_name()); }, out);
 }
 
 int qvgethostname(char* out) {
-    return always_0([&] { copy_out(out, system::host_name_size, system::host_name()); });
+    return always_0([&] { copy_out(out, system::host_name_size, system::host_name()); }, out);
 }
 
 int set_tc_hostname(const char* name) {
-    return always_0([&] { system::set_host_name(text_or_empty(name)); });
+    return always_0([&] { system::set_host_name(name); }, name);
 }
 
 int qvsethostname(const char* name) {
-    return always_0([&] { system::set_host_name(text_or_empty(name)); });
+    return always_0([&] { system::set_host_name(name); }, name);
 }
 
 json_object* getmgrpwd() {
@@ -54,15 +52,16 @@ json_object* qvgetmgrpwd() {
 }
 
 int setmgrpwd(const char* params) {
-    return always_0([&] { system::set_manager_password(params); });
+    return always_0([&] { system::set_manager_password(params); }, params);
 }
 
 int qvsetmgrpwd(const char* params) {
-    return always_0([&] { system::set_manager_password(params); });
+    return always_0([&] { system::set_manager_password(params); }, params);
 }
 
 int download(const char* url) {
-    return guard(-1, [&] { return system::download_update(text_or_empty(url)) ? 0 : -1; });
+    if (!given(url)) return -1;
+    return guard(-1, [&] { return system::download_update(url) ? 0 : -1; });
 }
 
 void doupdate() { guard_void(system::run_update_script); }
@@ -82,13 +81,13 @@ json_object* qvgetdatetime() {
 }
 
 int setdatetime(const char* params) {
-    guard_void([&] { system::set_date_time(text_or_empty(params)); });
+    if (given(params)) guard_void([&] { system::set_date_time(params); });
     return 1;
 }
 
 int qvsetdatetime(const char* params) {
     // Deliberate: -1 whatever happened; front-ends do not look at it.
-    guard_void([&] { system::set_date_time(text_or_empty(params)); });
+    if (given(params)) guard_void([&] { system::set_date_time(params); });
     return -1;
 }
 
@@ -117,19 +116,21 @@ int gethardCap() {
 }
 
 void get_tc_type(char* out) {
-    guard_void([&] { copy_out_whole(out, system::model_code()); });
+    if (given(out)) guard_void([&] { copy_out_whole(out, system::model_code()); });
 }
 
 char* getcpuInfo(char* out) {
-    guard_void([&] { copy_out_whole(out, system::processor_name()); });
+    if (given(out)) guard_void([&] { copy_out_whole(out, system::processor_name()); });
     return out;
 }
 
 int getmac(char* out, const char* device) {
-    return always_0([&] {
-        const auto address = system::hardware_address(text_or_empty(device));
-        if (address) copy_out_whole(out, *address);
-    });
+    return always_0(
+        [&] {
+            const auto address = system::hardware_address(device);
+            if (address) copy_out_whole(out, *address);
+        },
+        out, device);
 }
 
 int qvreboot() { return always_0(system::reboot); }

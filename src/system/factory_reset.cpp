@@ -8,8 +8,11 @@
 
 #include "audio/sound_config.hpp"
 #include "connections/types.hpp"
+#include "core/draft.hpp"
+#include "core/files.hpp"
 #include "core/log.hpp"
 #include "core/os.hpp"
+#include "core/paths.hpp"
 #include "core/text.hpp"
 #include "display/configuration_writer.hpp"
 #include "display/modes.hpp"
@@ -95,6 +98,16 @@ void reset_sound() {
     audio::configure_card(card);
 }
 
+/// What writers that were killed have left: it holds passwords too.
+void remove_drafts() {
+    for (const char* const path :
+         {paths::settings_document, paths::xorg_conf, paths::asound_conf_draft, paths::resolv_conf,
+          paths::network_conf, paths::wpa_supplicant_conf, "/etc/default/ntpdate",
+          paths::settings_lock})
+        remove_leftovers(directory_of(resolve_links(path)));
+    remove_leftovers(paths::network_scripts);
+}
+
 } // namespace
 
 void reset_to_factory_settings() {
@@ -123,6 +136,7 @@ void reset_to_factory_settings() {
         os().run(textf("rm -rf %s", logs));
     reset_sound();
     display::set_mode("displayMode=clone");
+    remove_drafts();
     os().run("reboot > /dev/null 2>&1");
 }
 

@@ -1,5 +1,6 @@
 #include "system/host_name.hpp"
 
+#include "core/log.hpp"
 #include "core/os.hpp"
 #include "core/shell.hpp"
 #include "core/text.hpp"
@@ -19,6 +20,10 @@ std::string host_name() {
 
 void set_host_name(const std::string& name) {
     if (name.empty()) return;
+    if (shell::is_echo_option(name)) {
+        log(Level::error, "@set_tc_hostname not a host name: %s", name.c_str());
+        return;
+    }
     store::store_setting(store::keys::host_name, name);
     os().run(textf("echo \"%s\" > /etc/hostname", shell::in_double(name).c_str()));
 }

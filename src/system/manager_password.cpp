@@ -9,16 +9,15 @@ namespace qvtc::system {
 
 Json manager_password() {
     constexpr std::size_t longest = 255;
-    Json object(json_object_new_object());
-    json_object_object_add(
-        object.get(), "password",
-        json_string(cut(store::setting(store::keys::manager_password), longest)));
+    Json object = json_map();
+    add_member(object, "password",
+               json_string(cut(store::setting(store::keys::manager_password), longest)));
     return object;
 }
 
 void set_manager_password(const char* params) {
     ParamTable table;
-    if (params != nullptr) table.parse(params);
+    table.parse(params);
     const char* password = table.find("password");
     store::store_setting(store::keys::manager_password, password == nullptr ? "" : password);
 }

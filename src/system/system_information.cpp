@@ -24,9 +24,9 @@ class Facts {
     }
 
     Json to_json() const {
-        Json object(json_object_new_object());
+        Json object = json_map();
         for (std::size_t i = 0; i < fact_table.size(); ++i) {
-            json_object_object_add(object.get(), fact_table[i].member, json_string(texts_[i]));
+            add_member(object, fact_table[i].member, json_string(texts_[i]));
         }
         return object;
     }

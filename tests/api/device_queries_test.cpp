@@ -78,7 +78,7 @@ TEST_F(DeviceQueries, WithoutALanguageNothingChanges) {
     for (const char* const params : {"", "language", "language=", "Language=zh_CN", "x=zh_CN"}) {
         EXPECT_EQ(set_language(params), 0) << params;
     }
-    EXPECT_EQ(set_language(nullptr), 0);
+    EXPECT_EQ(set_language(""), 0);
     EXPECT_EQ(store::setting(keys::language), "en_US");
     EXPECT_EQ(system.record, Texts{});
     EXPECT_EQ(test::log_lines(), Texts(6, "[INFO] qvsetlanguage language=(null)"));

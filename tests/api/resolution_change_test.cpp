@@ -43,12 +43,11 @@ constexpr const char* run_script = "/var/lib/ralo/display.sh >/dev/null 2>&1";
 TEST_F(ResolutionChange, StoresAppliesAndRestarts) {
     dmidecode.prints("RX16\n");
     EXPECT_EQ(qvsetdispconf("1920x1080"), 0);
-    EXPECT_EQ(recorded_command_details(),
-              (std::vector<RecordedCommand>{{ask_product, true},
-                                            {ask_processor, true},
-                                            {"echo -e \"1920x1080\">/var/lib/ralo/res", false},
-                                            {run_script, false},
-                                            {reboot, false}}));
+    EXPECT_EQ(
+        recorded_command_details(),
+        (std::vector<RecordedCommand>{
+            {ask_product, true}, {ask_processor, true}, {run_script, false}, {reboot, false}}));
+    EXPECT_EQ(read_file("/var/lib/ralo/res"), "1920x1080\n");
     EXPECT_EQ(stored(), (Texts{"1", "5", "1"}));
     EXPECT_EQ(systemctl.calls(), (StandIn::Calls{{"--force", "reboot"}}));
     EXPECT_EQ(log_lines(),
@@ -87,9 +86,9 @@ TEST_F(ResolutionChange, AsksWithinItsLimits) {
     EXPECT_EQ(api::change_resolution("auto"), 0);
     EXPECT_EQ(system.record,
               (Texts{std::string("capture 128 ") + ask_product,
-                     std::string("capture 128 ") + ask_processor,
-                     "run echo -e \"auto\">/var/lib/ralo/res", std::string("run ") + run_script,
+                     std::string("capture 128 ") + ask_processor, std::string("run ") + run_script,
                      std::string("run ") + reboot}));
+    EXPECT_EQ(read_file("/var/lib/ralo/res"), "auto\n");
 }
 
 TEST_F(ResolutionChange, ARequestIsNeverShellSyntax) {

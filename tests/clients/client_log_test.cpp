@@ -6,8 +6,12 @@
 #include "core/base64.hpp"
 #include "support/support.hpp"
 
+#include <algorithm>
+#include <future>
 #include <gtest/gtest.h>
 #include <json-c/json.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 extern "C" {
 extern int counter;
@@ -106,6 +110,28 @@ TEST_F(ClientLog, IsAskedForByTheseCommandsAndLeavesNothingBehind) {
     EXPECT_EQ(value_of(qvgetclientstatus(260)), "0");
     EXPECT_EQ(recorded_commands().at(0), spice + tail);
     EXPECT_FALSE(file_exists("/tmp/tmp.log"));
+}
+
+TEST_F(ClientLog, IsReadByOneAskerAtATime) {
+    store_terminal();
+    // Long enough to be half written when another asker reads or removes the copy.
+    write_file(spice_log, numbered_lines(100000) + marker + "\nmain channel: failed to connect\n");
+    const auto asks = [] {
+        int wrong = 0;
+        for (int i = 0; i < 10; ++i)
+            if (words_of(70) != "main channel: failed to connect\n") ++wrong;
+        return wrong;
+    };
+    const auto askers_of_a_process = [&] {
+        auto another = std::async(std::launch::async, asks);
+        return asks() + another.get();
+    };
+    const pid_t child = fork();
+    if (child == 0) _exit(std::min(askers_of_a_process(), 100));
+    EXPECT_EQ(askers_of_a_process(), 0);
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0) << "wrong answers of the other process: " << WEXITSTATUS(status);
 }
 
 TEST_F(ClientLog, IsReadFromItsLastTwoHundredLinesOn) {

@@ -4,6 +4,7 @@
 #include "clients/exports.hpp"
 
 #include "clients/watched_terminal.hpp"
+#include "core/file_lock.hpp"
 
 #include <chrono>
 #include <gtest/gtest.h>
@@ -179,6 +180,32 @@ TEST_F(LaunchedClients, OfAnAbsentRecordStartAllTheSame) {
     EXPECT_EQ(spice.calls(), (StandIn::Calls{{"-f", "--spice-disable-usbredir"}}));
     EXPECT_EQ(vnc.calls(), (StandIn::Calls{{"FullScreen"}}));
     EXPECT_EQ(web.calls(), StandIn::Calls{{}});
+}
+
+TEST_F(LaunchedClients, EachIsStartedASecondLaterAtMostWhileTheSettingsAreLocked) {
+    const StandIn clients[] = {StandIn("xfreerdp"), StandIn("remote-viewer"),
+                               StandIn("vmware-view"), StandIn("vncviewer"), StandIn("firefox")};
+    const FileLock held("/run/qvtcapi.lock");
+    ASSERT_TRUE(held.acquired());
+    const struct {
+        unsigned id;
+        std::size_t notes; ///< how often its start is noted in the settings
+    } launches[] = {{32, 1}, {64, 2}, {160, 0}, {224, 2}, {288, 2}};
+    for (const auto& [id, notes] : launches) {
+        write_file("/home/root/system.log", "");
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(qvlaunchclient(id), 0) << id;
+        const auto taken = std::chrono::steady_clock::now() - start;
+        EXPECT_GE(taken, std::chrono::seconds(notes > 0 ? 1 : 0)) << id;
+        EXPECT_LT(taken, std::chrono::seconds(5)) << id;
+        Texts errors = log_lines();
+        std::erase_if(errors, [](const std::string& line) { return !line.starts_with("[ERROR]"); });
+        EXPECT_EQ(errors, Texts(notes, "[ERROR] @xmlwrite /home/root/vpclientData.xml not locked: "
+                                       "another writer holds it"))
+            << id;
+    }
+    for (const StandIn& client : clients)
+        EXPECT_TRUE(wait_until([&] { return client.calls().size() == 1; }));
 }
 
 } // namespace qvtc::test

@@ -141,6 +141,13 @@ TEST(RdpCommandLine, EachOptionStandsInItsPlace) {
              " /bpp:32 -compression -wallpaper -bitmap-cache -window-drag -menu-anims "
              "/shell:\"C:/Program Files/calc.exe\"" +
              screens},
+        {{{Field::isConnectStart, "on"},
+          {Field::appFullpath, "C:\\Windows\\notepad.exe"},
+          {Field::workDir, "C:\\"}},
+         head + logon +
+             " /bpp:32 -compression -wallpaper -bitmap-cache -window-drag -menu-anims "
+             "/shell:\"C:\\Windows\\notepad.exe\" /shell-dir:\"C:\\\\\"" +
+             screens},
         {{{Field::isConnectStart, "on"}, {Field::workDir, "work"}},
          head + logon +
              " /bpp:32 -compression -wallpaper -bitmap-cache -window-drag -menu-anims "
@@ -154,6 +161,16 @@ TEST(RdpCommandLine, EachOptionStandsInItsPlace) {
     };
     for (const Case& each : cases) {
         EXPECT_EQ(rdp_command_line(plain_facts(each.changes)), each.line);
+    }
+}
+
+TEST(RdpCommandLine, ANameIsPlainTextBehindItsOption) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"#1 Server", "/t:#1 Server"}, {"~home", "/t:~home"}, {"a ~ #", "/t:a \\~ \\#"}};
+    for (const auto& [name, option] : cases) {
+        const std::string start = std::string("xfreerdp ") + option + " /v:";
+        EXPECT_EQ(rdp_command_line(plain_facts({{Field::name, name}})).substr(0, start.size()),
+                  start);
     }
 }
 

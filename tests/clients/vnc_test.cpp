@@ -28,6 +28,11 @@ TEST(VncCommandLine, DeliberatelyGluesTheAddressToTheStoredPassword) {
         {{{Field::password, "abc"}, {Field::serverAddress, "10.0.0.5"}},
          "vncviewer FullScreen  passwd abc10.0.0.5"},
         {{{Field::password, "abc"}}, "vncviewer FullScreen  passwd abc"},
+        {{{Field::password, "abc"}, {Field::serverAddress, "#1"}},
+         "vncviewer FullScreen  passwd abc#1"},
+        {{{Field::password, "abc "}, {Field::serverAddress, "#1"}},
+         "vncviewer FullScreen  passwd abc \\#1"},
+        {{{Field::serverAddress, "#1"}}, "vncviewer FullScreen \\#1"},
         {{{Field::password, "c2VjcmV0cw++"}, {Field::serverAddress, "h"}},
          "vncviewer FullScreen  passwd c2VjcmV0cw++h"},
     };

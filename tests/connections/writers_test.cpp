@@ -6,6 +6,7 @@
 #include "support/support.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <json-c/json.h>
@@ -89,15 +90,19 @@ TEST_F(Writers, ThreeThreadsLoseNothingOfEachOthers) {
 
 TEST_F(Writers, AReaderMeetsWholeRecordsOnly) {
     // Every record is stored with one name in two fields; a torn one would differ.
-    std::thread writer([] {
+    std::atomic<bool> written = false;
+    std::thread writer([&] {
         for (int i = 0; i < 50; ++i) {
             const std::string value = std::to_string(i);
             std::string params = "id=32&name=" + value + "&domain=" + value;
             EXPECT_EQ(setconnections(1, params.data()), 0);
         }
+        written = true;
     });
     int met = 0;
-    for (std::string last; last != "49";) {
+    std::string last;
+    for (bool all = false; !all;) {
+        all = written;
         json_object* const record = getconnection(1, 32);
         ASSERT_NE(record, nullptr);
         if (json_object_object_length(record) == 51) {
@@ -110,6 +115,7 @@ TEST_F(Writers, AReaderMeetsWholeRecordsOnly) {
         json_object_put(record);
     }
     writer.join();
+    EXPECT_EQ(last, "49");
 }
 
 } // namespace qvtc::test

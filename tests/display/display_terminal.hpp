@@ -5,6 +5,7 @@
 #include "support/support.hpp"
 
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -22,13 +23,11 @@ inline constexpr const char* demo_key = "tc_config_param_2";
 
 inline constexpr const char* run_script = "/var/lib/ralo/display.sh >/dev/null 2>&1";
 
-/// The command that tells the display script a resolution.
-inline std::string tell(const std::string& name) {
-    return "echo -e \"" + name + "\">/var/lib/ralo/res";
+/// The command that follows a written configuration, whose resolution is looked at.
+inline Texts written(const std::string& name) {
+    EXPECT_EQ(read_file("/var/lib/ralo/res"), name + "\n");
+    return {run_script};
 }
-
-/// Both commands of a written configuration.
-inline Texts written(const std::string& name) { return {tell(name), run_script}; }
 
 inline Texts operator+(Texts texts, const Texts& more) {
     texts.insert(texts.end(), more.begin(), more.end());

@@ -205,6 +205,27 @@ TEST_F(Modes, WithoutTheKeyTheOrderStaysAndTheScriptRuns) {
     }
 }
 
+TEST_F(Modes, AModeThatCannotBeReadChangesNothing) {
+    test::write_file("/etc/X11/clone", "");
+    for (const std::string& params :
+         {std::string("x&displayMode=extend"), std::string("&x=on&displayMode=extend"),
+          "x=" + std::string(300, 'x') + "&displayMode=extend"}) {
+        EXPECT_EQ(setdisplaymode(params.c_str()), 1);
+        EXPECT_EQ(test::recorded_commands(), Texts{}) << params;
+        EXPECT_TRUE(test::file_exists("/etc/X11/clone"));
+    }
+}
+
+TEST_F(Modes, AnOrderThatCannotBeReadLeavesTheMarker) {
+    test::write_file("/etc/X11/reverse", "");
+    for (const char* const params : {"x&displayOrder=Reverse", "&displayOrder=Positive"}) {
+        test::forget_commands();
+        EXPECT_EQ(setdisplayorder(params), 0);
+        EXPECT_EQ(test::recorded_commands(), Texts{test::run_script}) << params;
+        EXPECT_TRUE(test::file_exists("/etc/X11/reverse"));
+    }
+}
+
 // --- Outputs ---------------------------------------------------------------------------------
 
 TEST_F(Modes, ExtendingTakesAVgaAndAnHdmiOutput) {

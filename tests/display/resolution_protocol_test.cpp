@@ -67,6 +67,7 @@ TEST_F(ResolutionProtocol, AChangeStoresTheRequestAndPutsItIntoForce) {
         {{"1", "5", "1"}, "force=0&res=7", {"7", "7", "0"}, "1366x768"},
         {{"1", "5", "1"}, "res=12&force=1", {"", "", "0"}, "auto"},
         {{"1", "1", "0"}, "res=9&force", {"1", "9", "1"}, "1280x800"}, // no pair
+        {{"1", "1", "0"}, "auto&force=1", {"10", "10", "0"}, "auto"},
         {{"1", "1", "0"}, "res=9&enforce=1", {"1", "9", "1"}, "1280x800"},
         {{"1", "1", "0"}, "x", {"1", "", "1"}, "auto"},
     };

@@ -60,8 +60,7 @@ TEST_F(AddressRequests, KeepTheFileWhenTheyNameNoAddress) {
 TEST_F(AddressRequests, WithoutAModeAreRefused) {
     for (const char* const params : {"ip=10.0.0.2&mask=255.0.0.0", "conf=", "conf", "CONF=1", ""})
         EXPECT_FALSE(address_request(params, Link::wireless)) << params;
-    EXPECT_EQ(test::log_lines().front(),
-              "[ERROR] @setnetworkconf no conf in: ip=10.0.0.2&mask=255.0.0.0");
+    EXPECT_EQ(test::log_lines(), Texts(5, "[ERROR] @setnetworkconf no conf"));
 }
 
 TEST_F(AddressRequests, DropWhatDoesNotFit) {

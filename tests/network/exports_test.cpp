@@ -339,7 +339,7 @@ TEST_F(NetworkExports, WirelessSettings) {
     EXPECT_EQ(qvsetwirelessconf(Params("ip=10.0.0.2")), 0);
     EXPECT_EQ(setwirelessconf(Params("ip=10.0.0.2")), -1);
     dhclient.exits_with(2);
-    EXPECT_EQ(savewirelessconf(nullptr), 2 << 8);
+    EXPECT_EQ(savewirelessconf(nullptr), -1);
 }
 
 TEST_F(NetworkExports, DefaultRoutes) {

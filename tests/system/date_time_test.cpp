@@ -1,5 +1,7 @@
 #include "system/date_time.hpp"
 
+#include "core/log.hpp"
+#include "core/text.hpp"
 #include "store/settings.hpp"
 #include "store/settings_keys.hpp"
 #include "support/scripted_os.hpp"
@@ -103,6 +105,29 @@ TEST_F(DateTime, AZoneIsWholeOrUtc) {
     }
 }
 
+TEST_F(DateTime, TheLogIsInTheNewZoneFromThenOn) {
+    unsetenv("TZ");
+    for (const auto& [zone, hours] : {std::pair{"region=Asia&city=Tokyo", 9}, {"x=1", 0}}) {
+        set_date_time(zone);
+        log(Level::info, "afterwards");
+        const std::string line = test::lines_of(test::read_file("/home/root/system.log")).back();
+        std::tm stamp{};
+        ASSERT_NE(strptime(line.c_str(), "%Y-%m-%d %H:%M:%S", &stamp), nullptr);
+        constexpr int a_minute = 60;
+        EXPECT_NEAR(std::difftime(timegm(&stamp), std::time(nullptr)), hours * 3600, a_minute)
+            << line;
+    }
+}
+
+TEST_F(DateTime, TheServerIsWrittenAsOneLine) {
+    for (const char* const host : {"pool.example\n", "pool.example ", "pool.example\r\n"}) {
+        set_date_time(std::string("useNTP=on&ntpHost=") + host);
+        EXPECT_EQ(configuration(), configuration_for("pool.example"));
+    }
+    set_date_time("useNTP=on&ntpHost=one\ntwo\n");
+    EXPECT_EQ(configuration(), configuration_for("one two"));
+}
+
 TEST_F(DateTime, NoValueIsACommand) {
     for (const std::string value :
          {"$(touch /tmp/owned)", "`touch /tmp/owned`", "';touch /tmp/owned;'",
@@ -121,7 +146,7 @@ TEST_F(DateTime, NoValueIsACommand) {
                           std::system("sh -c '. /etc/default/ntpdate; printf %s \"$NTPSERVERS\"'"),
                           0);
                   }),
-                  value);
+                  one_line(value));
         EXPECT_FALSE(test::file_exists("/tmp/owned")) << value;
     }
 }

@@ -101,8 +101,8 @@ TEST_F(FactoryReset, RunsItsStepsInOrder) {
 
     reset_to_factory_settings();
 
-    const Texts automatic = {"echo -e \"auto\">/var/lib/ralo/res",
-                             "/var/lib/ralo/display.sh >/dev/null 2>&1"};
+    EXPECT_EQ(test::read_file("/var/lib/ralo/res"), "auto\n");
+    const Texts automatic = {"/var/lib/ralo/display.sh >/dev/null 2>&1"};
     Texts expected = automatic;
     auto then = [&](const Texts& more) {
         expected.insert(expected.end(), more.begin(), more.end());
@@ -185,6 +185,22 @@ TEST_F(FactoryReset, DeletesTheLogsAndNothingElse) {
     EXPECT_FALSE(test::file_exists("/home/root/freerdp.log"));
     EXPECT_TRUE(test::file_exists("/home/root/a.txt"));
     EXPECT_TRUE(test::file_exists("/root/a.conf"));
+}
+
+TEST_F(FactoryReset, RemovesWhatKilledWritersHaveLeft) {
+    const std::string left[] = {"/home/root/.vpclientData.xml.qvtc-draft",
+                                "/home/root/.vpclientData.xml.qvtc-kept",
+                                "/run/.home!root!vpclientData.xml.qvtc-draft",
+                                "/etc/.resolv.conf.qvtc-draft",
+                                "/etc/X11/.xorg.conf.qvtc-draft",
+                                "/etc/sysconfig/.network.qvtc-draft",
+                                "/etc/sysconfig/network-scripts/.ifcfg-Office.qvtc-draft",
+                                "/etc/default/.ntpdate.qvtc-draft"};
+    for (const std::string& path : left) test::write_file(path, "password");
+    // A copy that is kept is the document itself, until it has been written out.
+    test::write_file("/home/root/.vpclientData.xml.qvtc-kept", "<ThinClientConfig/>");
+    reset_to_factory_settings();
+    for (const std::string& path : left) EXPECT_FALSE(test::file_exists(path)) << path;
 }
 
 TEST_F(FactoryReset, AnIdentityOfOneCharacterNamesNoHost) {

@@ -55,6 +55,22 @@ TEST(HostName, AnEmptyOneChangesNothing) {
     EXPECT_EQ(test::read_file("/etc/hostname"), "reception\n");
 }
 
+TEST(HostName, OneThatEchoTakesForAnOptionChangesNothing) {
+    set_host_name("reception");
+    test::forget_commands();
+    Texts log;
+    for (const char* const name : {"-n", "-e", "-E", "-neE"}) {
+        set_host_name(name);
+        log.push_back(std::string("[ERROR] @set_tc_hostname not a host name: ") + name);
+    }
+    EXPECT_EQ(store::setting(keys::host_name), "reception");
+    EXPECT_EQ(test::recorded_commands(), Texts{});
+    EXPECT_EQ(test::read_file("/etc/hostname"), "reception\n");
+    EXPECT_EQ(test::log_lines(), log);
+    set_host_name("-nx");
+    EXPECT_EQ(test::read_file("/etc/hostname"), "-nx\n");
+}
+
 TEST(HostName, NoValueIsACommand) {
     for (const std::string name :
          {"$(touch /tmp/owned)", "`touch /tmp/owned`", "\"; touch /tmp/owned; \"", "a\\\"b",

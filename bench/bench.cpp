@@ -1,6 +1,6 @@
 // Runs the benchmarks in turn, one repetition of each after the other, so that
-// the ratios hold when the machine's speed drifts; then holds the ratios of the
-// medians against the goals.
+// the ratios hold when the machine's speed drifts; then compares the ratios of
+// the medians with the goals.
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <map>

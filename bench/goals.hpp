@@ -5,12 +5,12 @@
 
 namespace qvtc::bench {
 
-/// A ratio of two benchmarks of the same run, and what it must not pass.
+/// A ratio of two benchmarks of the same run, and its limit.
 struct Goal {
     std::string what;
     std::string measured;
     std::string yardstick;
-    double at_most; ///< of measured / yardstick; 0 for one that is only told
+    double at_most; ///< of measured / yardstick; 0 for one that is only printed
 };
 
 const std::vector<Goal>& settings_goals();

@@ -108,14 +108,14 @@ static void find_record(const char* name, char id[QVTC_FIELD_SIZE]) {
 
 /*
  * Stores the connection, over the one of the last time if there is one, and
- * returns its id; 0, which is no RDP record's, if it could not be stored.
+ * returns its id, or 0, which no RDP record has, if it could not be stored.
  */
 static unsigned store_record(const struct target* target) {
     static const char name[] = "front_end"; /* the window's title too: without a blank */
     char id[QVTC_FIELD_SIZE], password[QVTC_FIELD_SIZE + 1], parameters[parameters_size];
     find_record(name, id);
     encode_password(target->password, password);
-    /* An empty value, as for a new record's id, is as good as none. */
+    /* An empty value, such as a new record's id, counts as missing. */
     snprintf(parameters, sizeof parameters,
              "id=%s&type=%d&name=%s&serverAddress=%s&useCustomRDPPort=%s&rdpPort=%s"
              "&username=%s&password=%s&colorDepth=32&useCompress=on",
@@ -133,8 +133,10 @@ static unsigned store_record(const struct target* target) {
  * qvgetclientstatus() gives it, or "0" when patience ran out.  The caller
  * frees it.
  *
- * Once a second is the right pace: an RDP client that has nothing to complain
- * of counts as connected when it still runs at the seventh question.
+ * Once a second is the right pace: an RDP client that still runs at the seventh
+ * question and has not named a failure counts as connected, whatever the screen
+ * shows.  A front-end that has to be sure looks for the client's window, or runs
+ * "qvtcctl launch ID --wait", which does.
  */
 static char* follow(unsigned id) {
     const struct timespec second = {.tv_sec = 1, .tv_nsec = 0};
@@ -154,7 +156,7 @@ static char* follow(unsigned id) {
     }
 }
 
-/* Shows the client's own words: its log without the first line, the start mark. */
+/* Shows the client's log without its first line, the start marker. */
 static void show_client_log(void) {
     int before = '\n', c = '\n';
     FILE* const log = fopen(client_log, "r");
@@ -177,7 +179,7 @@ static int report(const char* status) {
         return EXIT_SUCCESS;
     }
     if (strcmp(status, "0") == 0) {
-        puts("Not connected: the client still tries.");
+        puts("Not connected: the client is still trying.");
         return EXIT_FAILURE;
     }
     char* const reason = decode_reason(status);
@@ -190,7 +192,7 @@ static int report(const char* status) {
 
 /* ------------------------------------------------------------- main ------ */
 
-/* Reads the command line, whose HOST:PORT it takes apart; false if it is wrong. */
+/* Reads the command line and splits HOST:PORT; false if it is wrong. */
 static bool read_target(int count, char** arguments, struct target* target) {
     const char* const password = getenv("RDP_PASSWORD");
     if (count < 2 || count > 3 || arguments[1][0] == '-') return false;

@@ -16,6 +16,10 @@ LINES_OF_A_FUNCTION = 60
 # Options are tested as what they are for: whole command lines, in rdp_test.cpp.
 TESTED_ELSEWHERE = {"rdp_options"}
 
+# Where all names stand, whether they do what they should or not.
+NO_USE = {"null_arguments_test.cpp"}
+CALLED_OTHERWISE = {"getdate": "qvtc_getdate"}  # libc declares that name otherwise
+
 
 def layers():
     """The rows '| `folder` | may use ... |' of the table of layers."""
@@ -79,6 +83,15 @@ class House(unittest.TestCase):
             if path.suffix == ".cpp" and path.stem not in TESTED_ELSEWHERE:
                 test = ROOT / "tests" / path.parent.name / f"{path.stem}_test.cpp"
                 self.assertTrue(test.exists(), f"{path.relative_to(ROOT)} has no {test.relative_to(ROOT)}")
+
+    def test_every_exported_name_is_used_by_a_test(self):
+        text = "".join(p.read_text(encoding="utf-8") for p in (ROOT / "tests").rglob("*.c*") if p.suffix in (".c", ".cpp")
+                       and p.name not in NO_USE)
+        for name in (ROOT / "tests/abi/exports.txt").read_text(encoding="utf-8").split():
+            called = CALLED_OTHERWISE.get(name, name)
+            # Neither a member of something nor a word in a text.
+            use = re.search(rf'(?<![\w.>"/-]){called}\b(?!")', text)
+            self.assertTrue(use, f"{name} is exported and used by no test")
 
     def test_every_test_file_is_built_or_run(self):
         for folder in (p for p in (ROOT / "tests").iterdir() if p.is_dir()):

@@ -13,15 +13,15 @@ namespace qvtc::terminal {
 
 inline constexpr const char* state_directory = "/run/disposable-terminal";
 
-/// Target of a symbolic link, "?" when it cannot be read.
+/// Target of a symbolic link, or "?" if it cannot be read.
 inline std::string link_target(const std::string& path) {
     std::array<char, 4096> target{};
     const ssize_t length = readlink(path.c_str(), target.data(), target.size());
     return length < 0 ? "?" : std::string(target.data(), static_cast<std::size_t>(length));
 }
 
-/// Appends a note with one write, which on a file opened with O_APPEND no other can interrupt.
-/// A record that is lost would make a test lie, so failing ends the program.
+/// Appends a note with one write, so that notes of several processes do not mix (O_APPEND). A lost
+/// note would falsify a test, so a failure ends the program.
 inline void append_note(int file, const std::string& note) {
     ssize_t written = 0;
     do {

@@ -1,5 +1,6 @@
 // /bin/sh of the disposable terminal: notes the exact text after -c, then becomes bash, which is
-// what a terminal's sh is; the name it is called by tells bash to be sh.
+// what a terminal's sh is, or the shell that QVTC_SHELL names; the name it is called by tells bash
+// to be sh.
 //
 // A note is "PID BIRTH CAPTURED\0PARENT'S PROGRAM\0TEXT\0". BIRTH, the process's start time in
 // ticks since boot, tells two processes with one id apart; CAPTURED is 1 when standard output is
@@ -7,6 +8,7 @@
 
 #include "notes.hpp"
 
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <string>
@@ -41,7 +43,7 @@ std::string birth() {
 void record(const char* text) {
     const std::string log = std::string(qvtc::terminal::state_directory) + "/commands";
     const int file = open(log.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
-    if (file < 0) return; // no log: nobody wants to know
+    if (file < 0) return; // without a log, nothing is recorded
     const std::string parent = "/proc/" + std::to_string(getppid());
     const std::string output = link_target("/proc/self/fd/1");
     const bool captured = output.starts_with("pipe:") && output != link_target(parent + "/fd/1");
@@ -59,6 +61,7 @@ void record(const char* text) {
 
 int main(int count, char** arguments) {
     if (const char* text = command_text(count, arguments)) record(text);
-    execv("/bin/bash", arguments);
+    const char* const chosen = std::getenv("QVTC_SHELL");
+    execv(chosen != nullptr ? chosen : "/bin/bash", arguments);
     return 127;
 }

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// The whole file; nothing when it does not exist.
+/// The whole file, or nothing if it does not exist.
 std::string contents(const std::string& path) {
     std::string text;
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
@@ -33,13 +33,13 @@ std::string contents(const std::string& path) {
 void print(int descriptor, std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = write(descriptor, text.data(), text.size());
-        if (written < 0) return; // nobody reads any more
+        if (written < 0) return; // the reader has gone
         text.remove_prefix(static_cast<std::size_t>(written));
     }
 }
 
-/// Appends to a file of the stand-in; answers where the addition ends, which is another place for
-/// every call, however many run at once.
+/// Appends to a file of the stand-in; returns where the addition ends, which differs for every
+/// call, however many run at once.
 off_t append(const std::string& path, const std::string& note) {
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
     if (file < 0) _exit(125);
@@ -49,7 +49,7 @@ off_t append(const std::string& path, const std::string& note) {
     return end;
 }
 
-/// Notes the arguments; answers the number of this call, from 1.
+/// Notes the arguments; returns the number of this call, from 1.
 off_t note_call(const std::string& directory, int count, char** arguments) {
     std::string note = std::to_string(count - 1) + '\0';
     for (int i = 1; i < count; ++i) note.append(arguments[i]) += '\0';

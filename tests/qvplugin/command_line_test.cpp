@@ -18,10 +18,10 @@ class QvpluginCommandLine : public testing::Test {
     const InstalledProgram program{QVPLUGIN_PROGRAM};
 };
 
-const std::string key_rule = " is no key. A key is a decimal number from 0 to 4294967295, without "
-                             "a sign and without zeros before it.\n";
+const std::string key_rule = " is not a valid key: expected a number from 0 to 4294967295, "
+                             "without a sign or leading zeros.\n";
 const std::string text_rule =
-    " is no base64 text. Encode the value first: printf %s VALUE | base64 -w 0\n";
+    " is not valid base64. Encode the value first: printf %s VALUE | base64 -w 0\n";
 
 mode_t mode_of(const char* path) {
     struct stat status {};
@@ -136,15 +136,16 @@ TEST_F(QvpluginCommandLine, TakesTextsThatTheLibraryCanReadBack) {
     EXPECT_EQ(run("qvplugin 1 1 " + largest).status, 0);
     EXPECT_TRUE(run("qvplugin 0 1").output == largest);
     EXPECT_EQ(run("qvplugin 1 1 AAAA" + largest),
-              (Outcome{2, "", "qvplugin: the text has 102404 characters, and may have 102400.\n"}));
+              (Outcome{2, "",
+                       "qvplugin: the text has 102404 characters; at most 102400 are allowed.\n"}));
     EXPECT_TRUE(run("qvplugin 0 1").output == largest);
 }
 
 TEST_F(QvpluginCommandLine, WrongCommandsAreExplained) {
     const std::pair<const char*, const char*> cases[] = {
-        {"", "a command is missing"},
-        {"2 90", "\"2\" is no command"},
-        {"-x", "\"-x\" is no command"},
+        {"", "no command given"},
+        {"2 90", "unknown command \"2\""},
+        {"-x", "unknown command \"-x\""},
         {"0", "KEY is required"},
         {"1", "KEY is required"},
         {"delete", "KEY is required"},
@@ -202,7 +203,7 @@ TEST_F(QvpluginCommandLine, StoreThatCannotBeUsedIsExplained) {
     }
     run("qvplugin 1 90 YWJj");
     EXPECT_EQ(run("qvplugin 0 90 >/dev/full"),
-              (Outcome{3, "", "qvplugin: the answer could not be written.\n"}));
+              (Outcome{3, "", "qvplugin: the output could not be written.\n"}));
 }
 
 } // namespace qvtc::test

@@ -1,5 +1,6 @@
 # Shared by the scripts that look at a disposable terminal from outside.
-# Called as SCRIPT TERMINAL BUILD-DIRECTORY root|user; "user" takes the way of an ordinary user.
+# Called as SCRIPT TERMINAL BUILD-DIRECTORY root|user|contained; "user" is an ordinary user,
+# "contained" is root in a container, who may not make namespaces without one for users.
 # Exit status 77: cannot be run here.
 # shellcheck shell=bash
 set -euo pipefail
@@ -15,9 +16,12 @@ failures=0
 # The real thing for "user": without any rights, provided that the files here can be read then.
 # nobody owns no files, so a directory of its own belongs to the tests.
 launch=()
-if [[ $mode == root && $EUID != 0 ]]; then
-    echo "skipped: this way is for root" >&2
+if [[ $mode != user && $EUID != 0 ]]; then
+    echo "skipped: only root can run this" >&2
     exit 77
+elif [[ $mode == contained ]]; then
+    launch=(setpriv --bounding-set=-sys_admin --inh-caps=-sys_admin)
+    mode=user
 elif [[ $mode == user && $EUID == 0 ]]; then
     launch=(setpriv --reuid 65534 --regid 65534 --clear-groups)
     if ! "${launch[@]}" test -r "$program" -a -r "$QVTC_RECORDER"; then

@@ -24,9 +24,9 @@ check "unknown option" "125 disposable-terminal: unknown option --frob; try --he
     "$(status_of terminal --frob true) $(terminal --frob true 2>&1 || true)"
 check "missing value" "125 disposable-terminal: --share needs a value; try --help" \
     "$(status_of terminal --share) $(terminal --share 2>&1 || true)"
-check "missing directory" "disposable-terminal: --share: there is no directory /none" \
+check "missing directory" "disposable-terminal: --share: no such directory: /none" \
     "$(terminal --share /none true 2>&1 || true)"
-check "missing recorder" "disposable-terminal: there is no recorder at /none" \
+check "missing recorder" "disposable-terminal: no recorder at /none" \
     "$(terminal --recorder /none true 2>&1 || true)"
 check "help" "Usage: disposable-terminal [OPTION]... [--] [COMMAND [ARGUMENT]...]" \
     "$(terminal --help | head -n 1)"

@@ -12,17 +12,21 @@ probe=disposable-probe-$$
 
 state_of_machine() {
     cat /proc/sys/kernel/hostname /proc/sys/net/ipv4/ip_forward /proc/self/mountinfo
-    sha256sum /etc/hosts /etc/passwd /etc/resolv.conf "$scratch/own/file" 2>&1
+    sha256sum /etc/hosts /etc/passwd /etc/resolv.conf "$scratch/own/file" "$QVTC_RECORDER" 2>&1
     stat -c '%A %u %N' /bin/sh /usr/bin/bash /tmp /mnt /run "$build" "$scratch"/*
     ls -A /mnt /media /srv "$scratch"/*/
 }
 
 # shellcheck disable=SC2016 # for the shell in the terminal
+# What could do harm if it were to succeed outside changes nothing.
 readonly mischief='
     for place in "${@:2}"; do
         mkdir -p "$place" 2>/dev/null
         echo text >"$place/$1" && echo "$place"
     done
+    chmod "$(stat -c %a /dev/null)" /dev/null && echo "rights of /dev/null"
+    echo "$(</proc/sys/vm/swappiness)" >/proc/sys/vm/swappiness && echo "a setting of the machine"
+    echo "#" >>/bin/sh && echo "the recorder"
     echo changed >file
     rm -f /etc/passwd /usr/bin/bash /bin/sh
     rm -rf /home /var/lib

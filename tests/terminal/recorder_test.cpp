@@ -124,4 +124,11 @@ TEST(Recorder, IsBashCalledAsSh) {
               "a\tb\nsh y ");
 }
 
+TEST(Recorder, IsAnotherShellWhereOneIsNamed) {
+    setenv("QVTC_SHELL", "/bin/dash", 1);
+    EXPECT_EQ(capture_with_popen("echo -e x"), "-e x\n");
+    unsetenv("QVTC_SHELL");
+    EXPECT_EQ(recorded_commands(), Texts{"echo -e x"});
+}
+
 } // namespace qvtc::test

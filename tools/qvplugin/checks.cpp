@@ -21,8 +21,8 @@ std::uint32_t key_of(const std::string& word) {
     const auto [stop, error] = std::from_chars(word.data(), end, key);
     if (error != std::errc() || stop != end || (word.size() > 1 && word.front() == '0')) {
         throw Failure(ExitCode::bad_usage,
-                      shown(word) + " is no key. A key is a decimal number from 0 to 4294967295, "
-                                    "without a sign and without zeros before it.");
+                      shown(word) + " is not a valid key: expected a number from 0 to 4294967295, "
+                                    "without a sign or leading zeros.");
     }
     return key;
 }
@@ -30,15 +30,16 @@ std::uint32_t key_of(const std::string& word) {
 void check_text(const std::string& text) {
     if (text.size() > text_limit) {
         throw Failure(ExitCode::bad_usage, "the text has " + std::to_string(text.size()) +
-                                               " characters, and may have 102400.");
+                                               " characters; at most 102400 are allowed.");
     }
     const std::size_t padding = text.size() - (text.find_last_not_of('=') + 1); // npos + 1 is 0
     const bool plain =
         text.find_first_not_of(alphabet) >= text.size() - padding; // npos is the largest of all
     if (!plain || padding > 2 || text.size() % 4 != 0) {
         throw Failure(ExitCode::bad_usage,
-                      shown(text) + " is no base64 text. Encode the value first: printf %s VALUE | "
-                                    "base64 -w 0");
+                      shown(text) +
+                          " is not valid base64. Encode the value first: printf %s VALUE | "
+                          "base64 -w 0");
     }
 }
 

@@ -10,13 +10,13 @@ namespace qvtc::qvplugin {
 inline constexpr std::size_t text_limit = 102400;
 
 /// The number that a word of the command line is; throws a Failure for one that is
-/// no plain decimal number of 32 bits.
+/// not a plain decimal number of 32 bits.
 std::uint32_t key_of(const std::string& word);
 
-/// Throws a Failure for a text that is no base64, or too long.
+/// Throws a Failure for a text that is not base64, or too long.
 void check_text(const std::string& text);
 
-/// A word for a message: what cannot be shown, and the end of a long one, is replaced.
+/// A word for a message: characters that cannot be shown, and the end of a long one, are replaced.
 std::string shown(const std::string& word);
 
 } // namespace qvtc::qvplugin

@@ -22,16 +22,16 @@ std::string path_of_store() {
     return path != nullptr && *path != '\0' ? path : default_path;
 }
 
-/// Output that does not arrive, as in a full file, is no success.
+/// Output that cannot be written, as on a full disk, is a failure.
 void write_out(const std::string& text) {
     std::cout << text << std::flush;
-    if (!std::cout) throw Failure(ExitCode::store_failed, "the answer could not be written.");
+    if (!std::cout) throw Failure(ExitCode::store_failed, "the output could not be written.");
 }
 
 ExitCode print_text(std::uint32_t key) {
     const auto text = Values(path_of_store()).find(key);
     if (!text) return ExitCode::nothing_stored;
-    // The text itself, as the library reads it; a person's next prompt gets a line of its own.
+    // The text alone, as the library reads it; on a tty the next prompt needs a line of its own.
     write_out(*text + (isatty(STDOUT_FILENO) != 0 ? "\n" : ""));
     return ExitCode::done;
 }
@@ -62,7 +62,7 @@ constexpr const char* footer =
 Exit status:
   0  done
   1  nothing is stored under KEY
-  2  wrong command line, or a KEY or TEXT that was refused; nothing was changed
+  2  wrong command line, or an invalid KEY or TEXT; nothing was changed
   3  the store cannot be read or written; nothing was changed
 
 Files:
@@ -79,7 +79,7 @@ class CommandLine {
         // Just one: in "1 90 list", "list" is a text.
         app_.require_subcommand(1);
         app_.failure_message(CLI::FailureMessage::simple);
-        add("0", "Print the text under KEY; nothing when there is none", with_key(print_text));
+        add("0", "Print the text under KEY, or nothing if there is none", with_key(print_text));
         CLI::App* const store =
             add("1", "Store TEXT under KEY", [this] { return store_text(key_of(key_), text_); });
         add("list", "Print every key and its text, separated by a tab", print_all);
@@ -110,7 +110,7 @@ class CommandLine {
     std::string in_words(const CLI::ParseError& error) const {
         if (!app_.get_subcommands().empty()) return error.what();
         const std::vector<std::string> unknown = app_.remaining();
-        return unknown.empty() ? "a command is missing" : shown(unknown.front()) + " is no command";
+        return unknown.empty() ? "no command given" : "unknown command " + shown(unknown.front());
     }
 
     CLI::App* add(const char* name, const char* description, Command command) {
@@ -122,7 +122,7 @@ class CommandLine {
         return [this, action] { return action(key_of(key_)); };
     }
 
-    CLI::App app_{"The terminal's numbered store: keeps texts under numbers.", "qvplugin"};
+    CLI::App app_{"Store texts under numbers, on a thin-client terminal.", "qvplugin"};
     std::map<CLI::App*, Command> commands_;
     std::string key_;
     std::string text_;

@@ -48,12 +48,13 @@ TEST(QvtcctlAddresses, ThatWorkTogetherAreTaken) {
 TEST(QvtcctlAddresses, ThatDoNotAreRefusedWithFieldValueAndRule) {
     constexpr std::string_view quad = " is not an IPv4 address. Give four numbers from 0 to 255 "
                                       "with dots between them, such as 192.168.1.20.";
-    constexpr std::string_view host = " is no address of a single machine on a network: the first "
-                                      "number must be from 1 to 223, and not 127.";
-    constexpr std::string_view mask = " is not a network mask. Its bits must be ones and then "
-                                      "zeros, with room for two machines, such as 255.255.255.0.";
-    constexpr std::string_view whole = " stands for the whole network that the mask makes. Choose "
-                                       "an address within it.";
+    constexpr std::string_view host = " cannot be the address of a machine: the first number must "
+                                      "be from 1 to 223, and not 127.";
+    constexpr std::string_view mask =
+        " is not a valid network mask. Its bits must be ones and then "
+        "zeros, with room for two machines, such as 255.255.255.0.";
+    constexpr std::string_view whole = " is the first or last address of its network, which "
+                                       "stands for all of it. Choose one in between.";
     const std::pair<WantedAddresses, std::string> cases[] = {
         {with(&WantedAddresses::address, "192.168.1"), "address \"192.168.1\"" + std::string(quad)},
         {with(&WantedAddresses::address, "127.0.0.1"), "address \"127.0.0.1\"" + std::string(host)},
@@ -71,25 +72,25 @@ TEST(QvtcctlAddresses, ThatDoNotAreRefusedWithFieldValueAndRule) {
          "mask \"255.255.255.254\"" + std::string(mask)},
         {with(&WantedAddresses::mask, "24"), "mask \"24\"" + std::string(quad)},
         {with(&WantedAddresses::gateway, "192.168.2.1"),
-         "gateway \"192.168.2.1\" is not in the network of address 192.168.1.20 and mask "
+         "gateway \"192.168.2.1\" is outside the network of address 192.168.1.20 and mask "
          "255.255.255.0, so it could not be reached."},
         {with(&WantedAddresses::gateway, "192.168.1.20"),
          "gateway \"192.168.1.20\" is this terminal's own address. Give the router's."},
         {with(&WantedAddresses::gateway, "router"), "gateway \"router\"" + std::string(quad)},
         {with(&WantedAddresses::dns1, "9.9.9"), "dns1 \"9.9.9\"" + std::string(quad)},
         {with(&WantedAddresses::dns2, "\x1b[2J"), "dns2 \"\\x1b[2J\"" + std::string(quad)},
-        {with(&WantedAddresses::address, ""), "--address is missing: a static address needs it."},
-        {with(&WantedAddresses::mask, ""), "--mask is missing: a static address needs it."},
-        {with(&WantedAddresses::gateway, ""), "--gateway is missing: a static address needs it."},
+        {with(&WantedAddresses::address, ""), "--address is required for a static address."},
+        {with(&WantedAddresses::mask, ""), "--mask is required for a static address."},
+        {with(&WantedAddresses::gateway, ""), "--gateway is required for a static address."},
     };
     for (const auto& [wanted, message] : cases) EXPECT_EQ(refusal(Mode::fixed, wanted), message);
     EXPECT_EQ(refusal(Mode::dhcp, sound),
-              "--address does not go with dhcp, where the network's server decides.");
+              "--address cannot be used with dhcp, where the network's server decides.");
     EXPECT_EQ(refusal(Mode::dhcp, {"", "", "", "9.9.9.9", ""}),
-              "--dns1 does not go with dhcp, where the network's server decides.");
+              "--dns1 cannot be used with dhcp, where the network's server decides.");
     EXPECT_EQ(refusal(Mode::servers, {"", "255.0.0.0", "", "9.9.9.9", ""}),
-              "--mask does not go with dns, which sets the name servers alone.");
-    EXPECT_EQ(refusal(Mode::servers, {}), "--dns1 is missing: setting name servers needs it.");
+              "--mask cannot be used with dns, which sets the name servers alone.");
+    EXPECT_EQ(refusal(Mode::servers, {}), "--dns1 is required for setting name servers.");
     EXPECT_EQ(refusal(Mode::fixed, {"10.0.0.2", "255.0.0.0", "10.0.0.1", "", "9.9.9.9"}),
               "--dns1 is missing: give the first name server before the second.");
 }
@@ -99,19 +100,19 @@ TEST(QvtcctlAddresses, ModesAreThree) {
     EXPECT_EQ(require_mode("static", false), Mode::fixed);
     EXPECT_EQ(require_mode("dns", true), Mode::servers);
     EXPECT_EQ(refusal_of([] { require_mode("dns", false); }),
-              "mode \"dns\" is unknown: give one of dhcp, static.");
+              "unknown mode \"dns\": give one of dhcp, static.");
     EXPECT_EQ(refusal_of([] { require_mode("statik", true); }),
-              "mode \"statik\" is unknown (did you mean \"static\"?): give one of dhcp, static, "
+              "unknown mode \"statik\" (did you mean \"static\"?): give one of dhcp, static, "
               "dns.");
 }
 
 TEST(QvtcctlWifi, NamesHaveAtMostThirtyTwoBytes) {
     EXPECT_EQ(refusal_of([] { require_network_name(std::string(32, '\'')); }), "");
     EXPECT_EQ(refusal_of([] { require_network_name("$(touch /tmp/owned)"); }), "");
-    EXPECT_EQ(refusal_of([] { require_network_name(""); }), "the network's NAME is empty.");
+    EXPECT_EQ(refusal_of([] { require_network_name(""); }), "the network's name is empty.");
     EXPECT_EQ(refusal_of([] { require_network_name(std::string(33, 'x')); }),
               "name \"" + std::string(33, 'x') +
-                  "\" has 33 bytes, and a network's name has at most 32.");
+                  "\" has 33 bytes, and the limit for a network's name is 32.");
 }
 
 TEST(QvtcctlWifi, PasswordsAreWhatTheNetworkTakesAndAreNeverShown) {
@@ -129,19 +130,19 @@ TEST(QvtcctlWifi, PasswordsAreWhatTheNetworkTakesAndAreNeverShown) {
     EXPECT_EQ(fault(Encryption::personal, std::string(64, 'x')),
               std::string("the password has 64") + rule);
     EXPECT_EQ(fault(Encryption::personal, "secret=12"),
-              "the password holds \"=\", which cannot be handed on. Choose one without.");
+              "the password contains \"=\", which cannot be passed on. Choose one without.");
     EXPECT_EQ(fault(Encryption::enterprise, "a&b"),
-              "the password holds \"&\", which cannot be handed on. Choose one without.");
+              "the password contains \"&\", which cannot be passed on. Choose one without.");
     EXPECT_EQ(fault(Encryption::enterprise, "a\tb"),
-              "the password holds a control character. Leave it out.");
+              "the password contains a control character. Leave it out.");
     EXPECT_EQ(fault(Encryption::enterprise, ""), "the password is empty.");
     EXPECT_EQ(fault(Encryption::enterprise, "x"), "");
     EXPECT_EQ(fault(Encryption::enterprise, std::string(128, 'x')),
-              "the password has 128 bytes, and may have 127.");
+              "the password has 128 bytes, and the limit is 127.");
     EXPECT_EQ(refusal_of([] { require_wifi_user("anna"); }), "");
     EXPECT_EQ(refusal_of([] { require_wifi_user(""); }), "user is empty.");
     EXPECT_EQ(refusal_of([] { require_wifi_user("a=b"); }),
-              "user \"a=b\" holds \"=\", which cannot be handed on. Choose one without.");
+              "user \"a=b\" contains \"=\", which cannot be passed on. Choose one without.");
 }
 
 } // namespace

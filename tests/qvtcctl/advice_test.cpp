@@ -26,7 +26,8 @@ TEST(QvtcctlAdvice, NothingIsSaidAboutWhatWorks) {
     EXPECT_EQ(advice("rdp", {"rdpPort=3390", "useCustomRDPPort=on"}), Words{});
     EXPECT_EQ(advice("rdp", {"autoConnect=on"}), Words{});
     EXPECT_EQ(advice("rdp", {"port="}), Words{});
-    EXPECT_EQ(advice("spice", {"port=5900"}), Words{});
+    EXPECT_EQ(advice("spice", {"serverAddress=10.0.0.7", "port=5900"}), Words{});
+    EXPECT_EQ(advice("spice", {"serverAddress=10.0.0.7?tls-port=5901"}), Words{});
     EXPECT_EQ(advice("citrix", {"port=5900", "useGFX=on"}), Words{});
 }
 
@@ -54,10 +55,25 @@ TEST(QvtcctlAdvice, SwitchesThatAreMissingAreNamed) {
               Words{"rdGatewayUsername takes the place of username when the client logs on."});
 }
 
+TEST(QvtcctlAdvice, ASpiceConnectionNeedsAPort) {
+    const Words told{"The viewer opens no connection without a port: set port too."};
+    EXPECT_EQ(advice("spice", {"serverAddress=10.0.0.7"}), told);
+    EXPECT_EQ(advice("spice", {"serverAddress=10.0.0.7", "port="}), told);
+}
+
 TEST(QvtcctlAdvice, IsGivenOnlyToWhoNamedTheField) {
     Record record;
     record[field_index("rdpPort")] = "3390";
     EXPECT_EQ(advice_on(*find_type("rdp"), record, {field_index("name")}), Words{});
+}
+
+TEST(QvtcctlAdvice, AVncPasswordGetsInTheWay) {
+    EXPECT_EQ(advice("vnc", {"serverAddress=10.0.0.7"}), Words{});
+    Record record;
+    record[field_index("password")] = "secret";
+    EXPECT_EQ(advice_on(*find_type("vnc"), record, {field_index("password")}),
+              Words{"The viewer takes a stored password for the beginning of the address, and "
+                    "finds no server."});
 }
 
 } // namespace

@@ -26,15 +26,13 @@ TEST(QvtcctlAssignments, WrongOnesAreRefused) {
         std::string_view message;
     };
     const Case cases[] = {
-        {{"name"}, "\"name\" is no FIELD=VALUE."},
-        {{"=x"}, "\"=x\" is no FIELD=VALUE."},
+        {{"name"}, "expected FIELD=VALUE, got \"name\"."},
+        {{"=x"}, "expected FIELD=VALUE, got \"=x\"."},
         {{"nam=x"},
          "\"nam\" is not a field (did you mean \"name\"?): \"qvtcctl connection fields\" lists "
          "them."},
         {{"name=a", "name=b"}, "name is given twice."},
-        {{"id=33"},
-         "id cannot be set: it belongs to the connection. Remove the connection and add it anew to "
-         "change it."},
+        {{"id=33"}, "id cannot be changed. Remove the connection and add a new one instead."},
         {{"password=secret"},
          "password is not taken from the command line, which everybody on the machine can read. "
          "Use "
@@ -60,7 +58,7 @@ TEST(QvtcctlAssignments, AreCheckedWhenTheyAreApplied) {
     EXPECT_EQ(record[field_index("domain")], "");
     EXPECT_EQ(record.name(), "office");
     EXPECT_EQ(refusal_of([&] { apply(parse_assignments({"rdpPort=x"}), rdp, record); }),
-              "rdpPort \"x\" is not a port. Give a whole number from 1 to 65535.");
+              "rdpPort \"x\" is not a valid port. Give a number from 1 to 65535.");
 }
 
 TEST(QvtcctlAssignments, AStoredValueThatWouldBeLostStopsTheChange) {
@@ -68,13 +66,13 @@ TEST(QvtcctlAssignments, AStoredValueThatWouldBeLostStopsTheChange) {
     EXPECT_EQ(refusal_of([&] { require_carried(record); }), "");
     record[field_index("workDir")] = "C:\\Users";
     EXPECT_EQ(refusal_of([&] { require_carried(record); }),
-              "a change would lose the stored workDir \"C:\\Users\", which holds \"\\\", which "
+              "a change would lose the stored workDir \"C:\\Users\", which contains \"\\\", which "
               "cannot be stored. Give it a new value in the same command: workDir=VALUE.");
     record[field_index("workDir")] = "";
     record[field_index("password")] = "a\\b";
     EXPECT_EQ(
         refusal_of([&] { require_carried(record); }),
-        "a change would lose the stored password, which holds \"\\\", which cannot be stored. "
+        "a change would lose the stored password, which contains \"\\\", which cannot be stored. "
         "Give it a new value in the same command: --password.");
 }
 

@@ -1,90 +1,77 @@
 #include "qvtcctl/certificate.hpp"
 
-#include "support/support.hpp"
+#include "journeys/faulty_server.hpp"
+#include "qvtcctl/server_socket.hpp"
 
 #include <gtest/gtest.h>
 
 namespace qvtc::qvtcctl {
 namespace {
 
-using test::StandIn;
+using namespace std::chrono_literals;
+using test::FaultyServer;
+using test::ShownCertificate;
 
-constexpr const char* self_signed =
-    "CONNECTED(00000003)\n"
-    "---\n"
-    "Certificate chain\n"
-    " 0 s:CN = view.lan\n"
-    "   i:CN = The authority\n"
-    "   a:PKEY: rsaEncryption, 2048 (bit); sigalg: RSA-SHA256\n"
-    "   v:NotBefore: Nov 21 18:08:36 2026 GMT; NotAfter: Dec  1 18:08:36 2026 GMT\n"
-    " 1 s:CN = The authority\n"
-    "   v:NotBefore: Jan  1 00:00:00 2020 GMT; NotAfter: Jan  1 00:00:00 2040 GMT\n"
-    "---\n"
-    "Server certificate\n"
-    "-----BEGIN CERTIFICATE-----\nMIIB\n-----END CERTIFICATE-----\n"
-    "subject=CN = view.lan\n"
-    "issuer=CN = The authority\n"
-    "---\n"
-    "Verify return code: 18 (self-signed certificate)\n"
-    "---\n";
-
-TEST(QvtcctlCertificate, IsReadFromWhatOpensslPrints) {
-    const auto certificate = certificate_in(self_signed);
-    ASSERT_TRUE(certificate);
-    EXPECT_EQ(certificate->subject, "CN = view.lan");
-    EXPECT_EQ(certificate->expires, "Dec  1 18:08:36 2026 GMT");
-    EXPECT_EQ(certificate->expires_at, std::time_t{1796148516});
-    EXPECT_EQ(certificate->fault, 18);
-    EXPECT_EQ(certificate->fault_text, "self-signed certificate");
+std::optional<Certificate> certificate_at(const FaultyServer& server, const std::string& host,
+                                          std::chrono::milliseconds longest = 5s) {
+    ServerSocket socket("127.0.0.1", static_cast<unsigned>(std::stoul(server.port())), longest);
+    return certificate_of(socket, host);
 }
 
-TEST(QvtcctlCertificate, MayBeInOrder) {
-    const auto certificate = certificate_in("-----BEGIN CERTIFICATE-----\nsubject=CN = h\n"
-                                            "Verify return code: 0 (ok)\n");
-    ASSERT_TRUE(certificate);
-    EXPECT_EQ(certificate->fault, 0);
-    EXPECT_EQ(certificate->fault_text, "");
-    EXPECT_EQ(certificate->expires_at, std::nullopt);
+std::optional<Certificate> certificate_of_server(const ShownCertificate& shown,
+                                                 const std::string& host = "127.0.0.1") {
+    const FaultyServer server(test::show_certificate(shown));
+    return certificate_at(server, host);
 }
 
-TEST(QvtcctlCertificate, MayNotBeThere) {
-    EXPECT_EQ(certificate_in(""), std::nullopt);
-    EXPECT_EQ(certificate_in("no peer certificate available\nVerify return code: 0 (ok)\n"),
-              std::nullopt);
+// As seconds since 1970.
+constexpr std::time_t begin_of_2020 = 1577836800;
+constexpr std::time_t end_of_2029 = 1893455999;
+
+TEST(QvtcctlCertificate, IsReadAndVerified) {
+    EXPECT_EQ(certificate_of_server({"view.lan",
+                                     "B\xc3\xbc"
+                                     "cher",
+                                     "20200101000000Z", "20291231235959Z"},
+                                    "view.lan"),
+              (Certificate{"O = B\xc3\xbc"
+                           "cher, CN = view.lan",
+                           begin_of_2020, end_of_2029, 18, "self-signed certificate"}));
 }
 
-TEST(QvtcctlCertificate, OfAStrangeKindIsReadAsFarAsItGoes) {
-    for (const char* const text :
-         {"-----BEGIN CERTIFICATE-----", "-----BEGIN CERTIFICATE-----\nsubject=",
-          "-----BEGIN CERTIFICATE-----NotAfter: Verify return code: ",
-          "-----BEGIN CERTIFICATE-----NotAfter: Foo 99\nVerify return code: x (y",
-          "-----BEGIN CERTIFICATE-----\nVerify return code: 99999999999 ()\n"}) {
-        const auto certificate = certificate_in(text);
-        ASSERT_TRUE(certificate) << text;
-        EXPECT_EQ(certificate->fault, 0) << text;
-        EXPECT_EQ(certificate->expires_at, std::nullopt) << text;
-    }
+// A server writes its own names: they are never taken for the verdict on them.
+TEST(QvtcctlCertificate, ThatCallsItselfTrustedIsNot) {
+    EXPECT_EQ(certificate_of_server(
+                  {"Verify return code: 0 (ok)", "", "20200101000000Z", "20291231235959Z"})
+                  ->fault,
+              18);
+    const auto expired = certificate_of_server(
+        {"localhost", "NotAfter: Jan  1 00:00:00 2099 GMT Verify return code: 0 (ok)",
+         "20150101000000Z", "20191231235959Z"},
+        "localhost");
+    ASSERT_TRUE(expired);
+    EXPECT_EQ(expired->expires, begin_of_2020 - 1);
+    EXPECT_NE(expired->fault, 0);
 }
 
-TEST(QvtcctlCertificate, IsFetchedForANameOrAnAddress) {
-    StandIn openssl("openssl");
-    openssl.prints(self_signed);
-    EXPECT_TRUE(certificate_of({"view.lan", 443, true}));
-    EXPECT_TRUE(certificate_of({"10.0.0.9", 8443, true}));
-    EXPECT_TRUE(certificate_of({"fd00::9", 443, true}));
-    EXPECT_EQ(
-        openssl.calls(),
-        (StandIn::Calls{
-            {"s_client", "-connect", "view.lan:443", "-servername", "view.lan", "-verify_hostname",
-             "view.lan"},
-            {"s_client", "-connect", "10.0.0.9:8443", "-noservername", "-verify_ip", "10.0.0.9"},
-            {"s_client", "-connect", "[fd00::9]:443", "-noservername", "-verify_ip", "fd00::9"}}));
+TEST(QvtcctlCertificate, IsNotThereWithoutTls) {
+    const FaultyServer web([](int socket) {
+        const std::string answer = "HTTP/1.1 400 Bad Request\r\n\r\n";
+        (void)!write(socket, answer.data(), answer.size());
+    });
+    EXPECT_EQ(certificate_at(web, "localhost"), std::nullopt);
+    const FaultyServer mute([](int) {});
+    EXPECT_EQ(certificate_at(mute, "localhost"), std::nullopt);
 }
 
 TEST(QvtcctlCertificate, ThatDoesNotComeIsNotWaitedFor) {
-    StandIn openssl("openssl");
-    openssl.keeps_running();
-    EXPECT_EQ(certificate_of({"view.lan", 443, true}), std::nullopt);
+    const FaultyServer silent([](int socket) {
+        char byte = 0;
+        while (read(socket, &byte, 1) > 0) continue; // until the client gives up
+    });
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(certificate_at(silent, "localhost", 300ms), std::nullopt);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
 }
 
 } // namespace

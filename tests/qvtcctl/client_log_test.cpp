@@ -13,6 +13,10 @@ TEST(QvtcctlClientLog, OnlyWhatFollowsTheLastStartCounts) {
     EXPECT_EQ(since_last_start("a\n[1]start to connect...\nb\n[22]start to connect...\nc\n"),
               "[22]start to connect...\nc\n");
     EXPECT_EQ(since_last_start("no start\n"), "no start\n");
+    // VNC's log has no marks; its viewer begins with a banner.
+    EXPECT_EQ(since_last_start("\nTigerVNC Viewer 64-bit v1.12.0\n refused\n"
+                               "\nTigerVNC Viewer 64-bit v1.12.0\n connected\n"),
+              "\nTigerVNC Viewer 64-bit v1.12.0\n connected\n");
     EXPECT_EQ(since_last_start(""), "");
 }
 
@@ -102,18 +106,14 @@ TEST(QvtcctlClientLog, SilenceIsSaidToBeSilence) {
               "The Horizon client writes no log that would name a reason.");
 }
 
-TEST(QvtcctlClientLog, AWindowMayBeMissingForAReason) {
-    const ConnectionType& vnc = *find_type("vnc");
-    constexpr const char* asked = "Connected to host h\nChoosing security type VncAuth(2)\n";
-    EXPECT_EQ(explain_missing_window(vnc, 224, asked).means,
-              "The viewer asks for the server's password on the terminal's screen.");
-    EXPECT_TRUE(explain_missing_window(vnc, 224, std::string(asked) + "Using pixel format depth 24")
-                    .means.starts_with("The viewer is connected, but its window does not say"));
-    EXPECT_EQ(explain_missing_window(vnc, 224, "").means,
-              "No window of the VNC client (one that says \"vncviewer\") appeared within ten "
-              "seconds. The client wrote nothing that would name a reason.");
-    EXPECT_TRUE(explain_missing_window(*find_type("web"), 288, asked)
-                    .means.starts_with("No window of the web client"));
+// A server that has none of the client's encryption ends it with the words of a logoff.
+TEST(QvtcctlClientLog, ASessionThatHasNotBegunWasNotLoggedOff) {
+    const Explanation told = explain(rdp, 33, "ERRINFO_LOGOFF_BY_USER (0x0000000C)\n", "");
+    EXPECT_EQ(told.means, "The user logged off.");
+    EXPECT_EQ(never_began(told).means, "The server ended the session before it began.");
+    EXPECT_EQ(never_began(told).lines, told.lines);
+    const Explanation other = explain(rdp, 33, "ERRINFO_OUT_OF_MEMORY\n", "");
+    EXPECT_EQ(never_began(other).means, other.means);
 }
 
 TEST(QvtcctlClientLog, OnlyItsOwnClientsWordsNameAFailure) {

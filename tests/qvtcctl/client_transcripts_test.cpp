@@ -1,4 +1,5 @@
 // qvtcctl as its user sees it, against the real library and stand-ins for the clients.
+#include "journeys/faulty_server.hpp"
 #include "support/support.hpp"
 #include "transcript.hpp"
 
@@ -7,6 +8,7 @@
 namespace qvtc::qvtcctl {
 namespace {
 
+using test::FaultyServer;
 using test::StandIn;
 using test::Transcript;
 using test::write_file;
@@ -58,6 +60,40 @@ TEST(QvtcctlTranscript, LaunchUntilConnected) {
     EXPECT_EQ(client.calls().front().front(), "/t:office");
 }
 
+// Whether it does, only its answer to a negotiation tells: the client's log is empty either way.
+TEST(QvtcctlTranscript, LaunchToAServerThatAsksForTheLogonItself) {
+    constexpr int tls = 1;
+    constexpr int nla = 2;
+    const Screen screen("xfreerdp", 2);
+    StandIn client("xfreerdp");
+    client.keeps_running();
+    Transcript transcript;
+    transcript.run("qvtcctl connection add rdp name=office serverAddress=127.0.0.1 username=anna");
+    {
+        const FaultyServer server(test::negotiate_security(tls, true), 3389);
+        transcript.run("qvtcctl launch 32 --wait")
+            .run("qvtcctl status 32")
+            .run("qvtcctl status 32 --json");
+    }
+    const FaultyServer server(test::negotiate_security(tls | nla, true), 3389);
+    transcript.run("qvtcctl status 32").run("qvtcctl status 32 --json");
+    transcript.expect("launch_asked_by_server");
+}
+
+// The client's log stays empty there, so that nothing else would tell.
+TEST(QvtcctlTranscript, LaunchOnAFullDisk) {
+    const Screen screen;
+    StandIn client("xfreerdp");
+    client.runs(ending_client("ERRCONNECT_LOGON_FAILURE\n"));
+    Transcript transcript;
+    transcript.run("mount -t tmpfs -o size=192k none /home/root")
+        .run(add_office)
+        .run("head -c 1M /dev/zero >/home/root/filler 2>/tmp/full || echo full")
+        .run("qvtcctl launch 32")
+        .run("qvtcctl doctor 32 | grep -A 1 storage");
+    transcript.expect("launch_disk_full");
+}
+
 TEST(QvtcctlTranscript, LaunchOnATerminal) {
     const Screen screen("xfreerdp", 2);
     StandIn client("xfreerdp");
@@ -106,7 +142,8 @@ TEST(QvtcctlTranscript, LaunchThatIsRefused) {
         .run("qvtcctl launch 32 --wait")
         .run("qvtcctl status 32")
         .run("qvtcctl launch 32 --wait --json")
-        .run("qvtcctl status 32 --json");
+        .run("qvtcctl status 32 --json")
+        .run("qvtcctl doctor 32 | grep -A 1 'last launch'");
     transcript.expect("launch_refused");
 }
 
@@ -170,32 +207,81 @@ TEST(QvtcctlTranscript, LaunchOfARecordWithoutAddress) {
         .expect("launch_no_address");
 }
 
-TEST(QvtcctlTranscript, ViewersFollowTheClientStatusFile) {
-    const Screen screen("lab\": (\"vncviewer\" \"Vncviewer\")", 1);
+/// What TigerVNC's viewer writes at each start.
+constexpr const char* viewer_banner = "echo; echo 'TigerVNC Viewer 64-bit v1.12.0'; ";
+constexpr const char* viewer_connected = "echo ' CConn: Using pixel format depth 24'; sleep 100";
+constexpr const char* add_lab = "qvtcctl connection add vnc name=lab serverAddress=10.0.0.7";
+
+// Its window has a title by which nobody knows it, so its words count. The client-status file is
+// everybody's: here it tells the failure of another launch, and is not believed.
+TEST(QvtcctlTranscript, AViewerIsConnectedWhenItSaysSo) {
+    const Screen screen("lab\": (\"TigerVNC Viewer\" \"TigerVNC Viewer\")", 1);
     StandIn client("vncviewer");
-    client.keeps_running();
-    write_file("/usr/local/vpclient/config/clientstatus", "0x00000001 connect failed\n");
+    client.runs(std::string(viewer_banner) +
+                "until [[ -f /tmp/asked ]]; do sleep 0.05; done\n"
+                "echo '0x00000001 connect failed' >/usr/local/vpclient/config/clientstatus\n" +
+                viewer_connected);
     Transcript transcript;
-    transcript.run("qvtcctl connection add vnc name=lab serverAddress=10.0.0.7")
-        .run("qvtcctl launch 224 --wait")
+    transcript.run(add_lab)
+        .run("qvtcctl launch 224 --wait --json")
         .run("qvtcctl status 224")
         .run("qvtcctl status 224 --follow --json &\n"
              "until grep -q connected /tmp/transcript/output; do sleep 0.05; done\n"
              "killall vncviewer; wait $!");
     transcript.expect("viewer_connected");
-    EXPECT_EQ(test::read_file("/usr/local/vpclient/config/clientstatus"),
-              "0x00000000 connect success\n");
 }
 
-TEST(QvtcctlTranscript, AViewerWithoutAWindowHasFailed) {
+// The viewer stays and shows what went wrong; what it wrote at its earlier starts is past.
+TEST(QvtcctlTranscript, AViewerHasFailedWhenItSaysSo) {
     const Screen screen;
     StandIn client("vncviewer");
-    client.runs("echo 'ConnectToTcpAddr: connect: Connection refused'; sleep 100");
+    client.runs(std::string(viewer_banner) +
+                "echo ' CConn: unable to connect to socket: Connection refused (111)'; sleep 100");
     Transcript transcript;
-    transcript.run("qvtcctl connection add vnc name=lab serverAddress=10.0.0.7")
-        .run("qvtcctl launch 224 --wait")
-        .run("qvtcctl status 224");
+    transcript.run(add_lab).run("qvtcctl launch 224 --wait >/dev/null").run("qvtcctl status 224");
+    client.runs(std::string(viewer_banner) +
+                "echo ' CVeNCrypt:   Choosing security type TLSVnc (258)'; sleep 100");
+    transcript.run("qvtcctl launch 224 --wait --timeout 2 >/dev/null")
+        .run("qvtcctl status 224")
+        .run("qvtcctl cancel 224");
     transcript.expect("viewer_failed");
+}
+
+TEST(QvtcctlTranscript, AViewerThatDoesNotUnderstandTheCommandEnds) {
+    const Screen screen;
+    StandIn client("vncviewer");
+    client.runs("echo 'TightVNC Viewer version 1.3.10'; echo\n"
+                "echo 'Usage: vncviewer [<OPTIONS>] [<HOST>][:<DISPLAY#>]'; exit 1");
+    Transcript transcript;
+    transcript.run(add_lab).run("qvtcctl launch 224 --wait >/dev/null").expect("viewer_usage");
+}
+
+TEST(QvtcctlTranscript, EveryVerdictBelongsToItsOwnLaunch) {
+    const Screen screen("page\": (\"Navigator\" \"firefox-esr\")", 0);
+    StandIn client("firefox");
+    client.keeps_running();
+    write_file("/tmp/asked", "");
+    Transcript transcript;
+    transcript.run("qvtcctl connection add web name=page serverAddress=http://10.0.0.9/")
+        .run("qvtcctl connection add horizon name=pool serverAddress=10.0.0.9")
+        .run("qvtcctl launch 288")
+        .run("until grep -q success /usr/local/vpclient/config/clientstatus; do sleep 0.05; done")
+        .run("qvtcctl launch 160 --wait >/dev/null")
+        .expect("own_verdict");
+}
+
+TEST(QvtcctlTranscript, AnotherConnectionsFailureIsNotThisOnes) {
+    const Screen screen;
+    StandIn client("xfreerdp");
+    client.runs("echo 'ERRCONNECT_DNS_NAME_NOT_FOUND'");
+    Transcript transcript;
+    transcript.run(add_office)
+        .run("qvtcctl connection add rdp name=other serverAddress=10.0.0.6")
+        .run("qvtcctl launch 32; while pgrep -x xfreerdp >/dev/null; do sleep 0.05; done")
+        .run("qvtcctl status 33")
+        .run("qvtcctl status 33 --json")
+        .run("qvtcctl status 32")
+        .expect("own_failure");
 }
 
 // SPICE's viewer is asked to talk, and its window is there before the connection is. What
@@ -236,19 +322,63 @@ TEST(QvtcctlTranscript, ASpiceViewerThatGoesOnTryingHasNoOutcome) {
     transcript.expect("spice_trying");
 }
 
+/// Lines of the browser's report on its page.
+std::string page_event(const std::string& what) {
+    return "echo '[Parent 1: Main Thread]: I/BCWebProgress " + what +
+           " on {top:1, id:3, url:about:blank}'\n";
+}
+const std::string page_state =
+    "OnStateChange({isTopLevel:1, isLoadingDocument:1}, {URI:http://10.0.0.9/, "
+    "originalURI:http://10.0.0.9/}, ";
+const std::string page_location =
+    "OnLocationChange({isTopLevel:1, isLoadingDocument:1}, {URI:http://10.0.0.9/, "
+    "originalURI:http://10.0.0.9/}, http://10.0.0.9/, ";
+
 TEST(QvtcctlTranscript, ABrowser) {
     StandIn client("firefox");
-    client.runs("echo 'Error: cannot open display: :0'; sleep 100");
+    client.runs("echo 'Error: cannot open display: :0'; exit 1");
     Transcript transcript;
     transcript.run("qvtcctl connection add web name=page serverAddress=http://10.0.0.9/");
     {
         const Screen screen;
-        transcript.run("qvtcctl launch 288 --wait").run("killall firefox");
+        transcript.run("qvtcctl launch 288 --wait >/dev/null");
     }
     const Screen screen("firefox-esr", 1);
-    client.keeps_running();
-    transcript.run("qvtcctl launch 288 --wait").run("qvtcctl launch 288 --wait --json");
+    client.runs(page_event(page_state + "STATE_START, NS_OK)") +
+                page_event(page_state + "STATE_STOP|STATE_IS_NETWORK, NS_ERROR_UNKNOWN_HOST)") +
+                page_event(page_location + "LOCATION_CHANGE_ERROR_PAGE)") + "sleep 100");
+    transcript.run("qvtcctl launch 288 --wait >/dev/null")
+        .run("qvtcctl status 288")
+        .run("killall firefox");
+    client.runs(page_event(page_state + "STATE_START, NS_OK)") + page_event(page_location + "0)") +
+                "sleep 100");
+    transcript.run("qvtcctl launch 288 --wait --json").run("qvtcctl status 288");
     transcript.expect("browser");
+}
+
+// No process is called "remote-view", which is what the launch ends.
+TEST(QvtcctlTranscript, AClientOfTheSameKindStaysUnlessItIsToBeEnded) {
+    const Screen screen("machine\": (\"remote-viewer\" \"Remote-viewer\")", 0);
+    write_file("/tmp/asked", "");
+    StandIn client("remote-viewer");
+    client.runs("echo 'virt-viewer-DEBUG: main channel: opened'; sleep 100");
+    Transcript transcript;
+    const auto run = [&](const std::string& command) {
+        transcript.run(command + " 2>&1 | sed '/: the client runs/d; /: its window is open/d; "
+                                 "s/process [0-9]*/process N/'");
+    };
+    run("qvtcctl connection add spice name=one serverAddress=10.0.0.7 port=5930");
+    run("qvtcctl connection add spice name=two serverAddress=10.0.0.7 port=5931");
+    run("qvtcctl launch 64 --wait");
+    run("qvtcctl launch 65 --wait");
+    run("qvtcctl status 64");
+    run("qvtcctl status 65");
+    run("qvtcctl cancel 64");
+    run("qvtcctl status 64");
+    run("qvtcctl launch 64 --wait --end-others --json");
+    run("qvtcctl status 65");
+    run("qvtcctl cancel");
+    transcript.expect("same_kind");
 }
 
 TEST(QvtcctlTranscript, AClientThatIsNotInstalled) {

@@ -35,14 +35,14 @@ TEST(QvtcctlCommandLine, WrongWordsAreRefused) {
         std::string_view message;
     };
     const Case cases[] = {
-        {{}, "a command is missing."},
-        {{"connection"}, "a command is missing."},
+        {{}, "no command given."},
+        {{"connection"}, "no command given."},
         {{"conection", "list"}, "unknown command \"conection\" (did you mean \"connection\"?)."},
         {{"connection", "lst"}, "unknown command \"lst\" (did you mean \"list\"?)."},
         {{"list"}, "unknown command \"list\"."},
         {{"connection", "list", "--jsno"}, "unknown option \"--jsno\" (did you mean \"--json\"?)."},
         {{"connection", "list", "--xyz"}, "unknown option \"--xyz\"."},
-        {{"connection", "list", "rdp", "vnc"}, "\"vnc\" is one word too many."},
+        {{"connection", "list", "rdp", "vnc"}, "unexpected argument \"vnc\"."},
         {{"connection", "show"}, "ID is missing."},
         {{"connection", "add", "rdp"}, "FIELD=VALUE is missing."},
         {{"launch", "32", "--timeout"}, "--timeout needs a value."},

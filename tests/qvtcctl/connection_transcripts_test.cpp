@@ -42,7 +42,7 @@ TEST(QvtcctlTranscript, BadUsage) {
         .run("qvtcctl connection show 200")
         .run("qvtcctl connection add rdp")
         .run("qvtcctl launch 32 --timeout")
-        .run("qvtcctl launch 32 --timeout soon")
+        .run("qvtcctl launch 32 --wait --timeout soon")
         .run("qvtcctl launch 100")
         .run("qvtcctl status 130")
         .run("qvtcctl delay soon")
@@ -182,8 +182,8 @@ TEST(QvtcctlTranscript, ExportAndImport) {
         .run("qvtcctl connection add rdp name=a serverAddress=10.0.0.5 --password-stdin",
              "secret\n")
         .run("qvtcctl connection add web name=b serverAddress='http://b/?x&y'")
-        .run("qvtcctl connection export | tee /tmp/all.json")
-        .run("qvtcctl connection export rdp --no-passwords")
+        .run("qvtcctl connection export --show-passwords | tee /tmp/all.json")
+        .run("qvtcctl connection export rdp")
         .run("qvtcctl connection import /tmp/all.json")
         .run("qvtcctl connection set 32 username=u")
         .run("qvtcctl connection import --dry-run /tmp/all.json")
@@ -192,7 +192,12 @@ TEST(QvtcctlTranscript, ExportAndImport) {
         .run("qvtcctl connection import - </tmp/all.json")
         .run("qvtcctl connection remove 32 33 288")
         .run("qvtcctl connection import /tmp/all.json --json")
-        .run("qvtcctl connection export | cmp - /tmp/all.json");
+        .run("qvtcctl connection export --show-passwords | cmp - /tmp/all.json")
+        // A password that was left out is not taken away either.
+        .run("qvtcctl connection export 2>&1 | sed s/10.0.0.5/10.0.0.9/ | sed /^Note/d "
+             ">/tmp/bare.json")
+        .run("qvtcctl connection import --replace /tmp/bare.json")
+        .run("qvtcctl connection list --show-passwords");
     transcript.expect("transfer");
 }
 
@@ -204,9 +209,16 @@ TEST(QvtcctlTranscript, ImportRefusesAllOrNothing) {
                              R"({"type": "vnc", "serverAddress": "10.0.0.7"},)";
     transcript.run("qvtcctl connection import /tmp/none.json")
         .run("qvtcctl connection import", "")
+        .run("qvtcctl connection import /tmp")
+        .run("mkfifo /tmp/fifo; timeout 10 qvtcctl connection import /tmp/fifo")
+        .run("qvtcctl connection import /dev/zero --json")
+        .run("qvtcctl connection import </dev/zero")
+        .run("head -c 5000000 /dev/zero >/tmp/long.json; qvtcctl connection import /tmp/long.json")
+        .run("qvtcctl connection import </tmp")
+        .run("qvtcctl connection import <&-")
         .run("qvtcctl connection import", R"({"connections": []})")
         .run("qvtcctl connection import",
-             head + R"({"type": "rdp", "serverAddress": "10.0.0.5"}]})")
+             head + R"({"type": "rdp", "serverAddress": "10.0.0.5", "colorDepth": ""}]})")
         .run("qvtcctl connection import",
              head + R"({"type": "web", "serverAddress": "http://a=b"}]})")
         .run("qvtcctl connection import --unchecked",
@@ -215,6 +227,23 @@ TEST(QvtcctlTranscript, ImportRefusesAllOrNothing) {
     transcript.run("qvtcctl connection import --unchecked",
                    head + R"({"type": "rdp", "useNLA": "1"}]})");
     transcript.expect("import_refused");
+}
+
+TEST(QvtcctlTranscript, TimeoutWithoutWaitIsRefused) {
+    Transcript transcript;
+    transcript.run("qvtcctl launch 32 --timeout 5").expect("launch_timeout_only");
+}
+
+TEST(QvtcctlTranscript, ImportGivesTheSameDefaultsAndNotesAsAdd) {
+    Transcript transcript;
+    transcript
+        .run("qvtcctl connection import",
+             R"({"format": "qvtcctl-connections", "version": 1, "connections": [)"
+             R"({"type": "rdp", "serverAddress": "10.0.0.5"},)"
+             R"({"type": "vnc", "serverAddress": "10.0.0.7", "port": 5901, "name": "lab"}]})")
+        .run("qvtcctl connection show 32")
+        .run("qvtcctl connection add vnc name=lab serverAddress=10.0.0.7 port=5901")
+        .expect("import_defaults");
 }
 
 TEST(QvtcctlTranscript, AFullType) {
@@ -297,6 +326,17 @@ TEST(QvtcctlTranscript, AnImportThatDoesNotFitIsReported) {
     transcript.expect("import_disk_full");
 }
 
+TEST(QvtcctlTranscript, WhatIsThereAlreadyIsNotStoredAgain) {
+    const std::string state = "stat -c %y-%i /home/root/vpclientData.xml";
+    Transcript()
+        .run("qvtcctl connection add rdp name=office serverAddress=10.0.0.5 domain=corp")
+        .run(state + " >/tmp/before; qvtcctl connection set 32 domain=corp; " +
+             "qvtcctl connection set 32 domain=corp --json | head -n 2; " + state +
+             " | diff /tmp/before -")
+        .run("qvtcctl connection set 32 domain=home --json | head -n 2")
+        .expect("unchanged");
+}
+
 TEST(QvtcctlTranscript, Delay) {
     Transcript()
         .run("qvtcctl delay")
@@ -307,11 +347,24 @@ TEST(QvtcctlTranscript, Delay) {
         .expect("delay");
 }
 
+/// Other users cannot read a checkout below /root, so the program and its library are copied out.
+void install_for_everybody() {
+    std::filesystem::permissions(QVTC_PROJECT, std::filesystem::perms::owner_all);
+    ASSERT_EQ(
+        std::system("set -e; cd /usr/local\n"
+                    "cp \"$(ldd bin/qvtcctl | sed -n 's/.*libqvtcapi.* => \\(.*\\) (.*/\\1/p')\" "
+                    "lib/libqvtcapi.so.0\n"
+                    "cp --remove-destination \"$(readlink bin/qvtcctl)\" bin/qvtcctl\n"
+                    "ldconfig"),
+        0);
+}
+
 TEST(QvtcctlTranscript, OnlyRootMayDoIt) {
     QVTC_NEED(test::terminal_mode() == test::TerminalMode::root, "there is no second user here");
     const std::string somebody = "setpriv --reuid=65534 --regid=65534 --clear-groups ";
-    Transcript()
-        .run(somebody + "qvtcctl connection list")
+    Transcript transcript;
+    install_for_everybody();
+    transcript.run(somebody + "qvtcctl connection list")
         .run(somebody + "qvtcctl connection add rdp name=x")
         .run(somebody + "qvtcctl connection types | head -n 2")
         .expect("only_root");

@@ -89,5 +89,31 @@ TEST(QvtcctlTranscript, Log) {
     transcript.expect("log");
 }
 
+TEST(QvtcctlTranscript, PasswordsInTheLogAreMasked) {
+    test::write_file(
+        "/home/root/system.log",
+        "2026-11-21 12:00:00 [INFO] xfreerdp params:xfreerdp /v:'h' /u:'u' /p:'se cret' "
+        "/gp:'other' >>/home/root/freerdp.log 2>&1 &\n");
+    Transcript transcript;
+    transcript.run("qvtcctl log")
+        .run("qvtcctl log --json")
+        .run("qvtcctl log --show-passwords")
+        .run(
+            "qvtcctl log --follow >/tmp/out & until [ -s /tmp/out ]; do sleep 0.05; done; kill $!; "
+            "cat /tmp/out");
+    transcript.expect("log_passwords");
+}
+
+TEST(QvtcctlTranscript, ALogThatIsNoRegularFileIsNotWaitedFor) {
+    Transcript transcript;
+    transcript.run("qvtcctl connection add rdp name=a serverAddress=10.0.0.5")
+        .run("rm -f /home/root/system.log /home/root/freerdp.log; mkfifo /home/root/freerdp.log")
+        .run("timeout 10 qvtcctl status 32")
+        .run("mkfifo /home/root/system.log; timeout 10 qvtcctl log")
+        .run("timeout 10 qvtcctl log --follow")
+        .run("rm /home/root/system.log; mkdir /home/root/system.log; qvtcctl log --json");
+    transcript.expect("log_not_regular");
+}
+
 } // namespace
 } // namespace qvtc::qvtcctl

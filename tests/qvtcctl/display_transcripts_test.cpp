@@ -58,6 +58,28 @@ TEST_F(QvtcctlDisplay, AResolutionIsChangedKeptAndReverted) {
     EXPECT_EQ(test::read_file("/var/lib/ralo/res"), "auto\n");
 }
 
+TEST_F(QvtcctlDisplay, TheFirstChangeOfAllCanBeReverted) {
+    Transcript()
+        .run("qvtcctl display set 1920x1080 --yes")
+        .run("qvtcctl display revert")
+        .run("qvtcctl display show")
+        .expect("display_first_change");
+    EXPECT_EQ(test::read_file("/var/lib/ralo/res"), "auto\n");
+}
+
+TEST_F(QvtcctlDisplay, MoreThanTwoScreensAreCountedAndNamed) {
+    xrandr.runs("echo 'D0 connected primary 1024x768+0+0 (normal) 0mm x 0mm'\n"
+                "echo 'D1 connected 1024x768+0+0 (normal) 0mm x 0mm'\n"
+                "echo 'D2 connected 1024x768+2048+0 (normal) 0mm x 0mm'\n"
+                "echo 'D3 connected 1024x768+3072+0 (normal) 0mm x 0mm'\n");
+    Transcript()
+        .run("qvtcctl display screens")
+        .run("qvtcctl display mode clone")
+        .run("qvtcctl display mode clone --json")
+        .run("qvtcctl display mode vertical")
+        .expect("display_four_screens");
+}
+
 TEST_F(QvtcctlDisplay, ConsentIsAskedForBeforeTheRestart) {
     Transcript()
         .run_with_answer("qvtcctl display set 1024x768", "n")
@@ -167,6 +189,7 @@ TEST_F(QvtcctlDisplay, WithoutAnXServerItSaysSo) {
         .run("qvtcctl display brightness --json")
         .run("qvtcctl display brightness 80")
         .run("qvtcctl display screens")
+        .run("qvtcctl display screens --json")
         .run("qvtcctl display mode extend")
         .expect("display_no_screen");
 }

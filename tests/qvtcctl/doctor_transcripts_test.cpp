@@ -1,4 +1,5 @@
 // "qvtcctl doctor" as its user sees it.
+#include "journeys/faulty_server.hpp"
 #include "support/support.hpp"
 #include "transcript.hpp"
 
@@ -7,12 +8,12 @@
 namespace qvtc::qvtcctl {
 namespace {
 
+using test::FaultyServer;
 using test::StandIn;
 using test::Transcript;
 using test::write_file;
 
-/// A terminal on which a connection can come up: a screen that answers, sound, and a server's
-/// program at port 3389 of this terminal itself.
+/// A terminal on which a connection can come up: a screen that answers and sound.
 class Doctor : public testing::Test {
   protected:
     Doctor() {
@@ -22,31 +23,13 @@ class Doctor : public testing::Test {
         EXPECT_TRUE(test::wait_until([&] { return pulseaudio.calls().size() == 1; }));
     }
 
-    /// Listens at a port, until the terminal is gone.
-    static void listen_at(const std::string& port) {
-        write_file("/tmp/listen.py",
-                   "import socket, sys, time\n"
-                   "server = socket.create_server(('127.0.0.1', int(sys.argv[1])))\n"
-                   "open('/tmp/listens', 'w').close()\n"
-                   "time.sleep(1000)\n");
-        EXPECT_EQ(std::system(("python3 /tmp/listen.py " + port + " &").c_str()), 0);
-        EXPECT_TRUE(test::wait_until([] { return test::file_exists("/tmp/listens"); }));
-    }
-
     StandIn xwininfo{"xwininfo"};
     StandIn pulseaudio{"pulseaudio"};
 };
 
-constexpr const char* certificate =
-    "-----BEGIN CERTIFICATE-----\n"
-    "subject=CN = localhost\n"
-    "   v:NotBefore: Nov 21 18:08:36 2016 GMT; NotAfter: Dec  1 18:08:36 2016 GMT\n"
-    "Verify return code: 10 (certificate has expired)\n";
-
 TEST_F(Doctor, FindsNothingWrong) {
-    QVTC_NEED_PROGRAM("python3");
     const StandIn client("xfreerdp");
-    listen_at("3389");
+    const FaultyServer server(test::negotiate_security(3, true), 3389);
     Transcript transcript;
     transcript
         .run("qvtcctl connection add rdp name=office serverAddress=127.0.0.1 username=anna "
@@ -75,15 +58,16 @@ TEST_F(Doctor, FindsWhatIsWrong) {
 }
 
 TEST_F(Doctor, LooksAtEachKindOfConnection) {
-    QVTC_NEED_PROGRAM("python3");
     const StandIn viewer("vncviewer");
     const StandIn browser("firefox");
     const StandIn spice("remote-viewer");
-    StandIn openssl("openssl");
-    openssl.prints(certificate);
     write_file("/etc/hosts", "127.0.0.1 localhost\n127.0.0.1 pages.lan\n");
     write_file("/home/root/remote-viewer", "");
-    listen_at("8443");
+    const FaultyServer server(
+        test::show_certificate({"pages.lan",
+                                "NotAfter: Jan  1 00:00:00 2099 GMT Verify return code: 0 (ok)",
+                                "20150101000000Z", "20191231235959Z"}),
+        8443);
     Transcript transcript;
     transcript.run("qvtcctl connection add vnc name=lab serverAddress=127.0.0.1::8443 port=5901")
         .run("qvtcctl connection set 224 --password-stdin", "secret\n")

@@ -31,7 +31,7 @@ TEST(QvtcctlNetwork, PortsAreASentence) {
     EXPECT_EQ(port_sentence(Port::main, {}), "eth0 has no address.\n");
     EXPECT_EQ(port_sentence(Port::extra,
                             {true, "10.0.0.2", "255.0.0.0", "10.0.0.1", "9.9.9.9", "1.1.1.1"}),
-              "eth1 has the address 10.0.0.2, mask 255.0.0.0, gateway 10.0.0.1, name server "
+              "eth1 has the address 10.0.0.2, mask 255.0.0.0, gateway 10.0.0.1, name servers "
               "9.9.9.9 and 1.1.1.1.\n");
     EXPECT_EQ(to_line(port_json(Port::wireless, std::nullopt)),
               "{ \"port\": \"wlan0\", \"present\": false }\n");

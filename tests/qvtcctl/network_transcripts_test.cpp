@@ -70,6 +70,29 @@ TEST_F(QvtcctlNetworkTranscript, APortIsSetAndShown) {
     transcript.expect("network_set");
 }
 
+TEST_F(QvtcctlNetworkTranscript, APortThatNetworkManagerManagesIsTold) {
+    plug("eth0");
+    nmcli.runs("[ \"$*\" = '-g GENERAL.NM-MANAGED device show eth0' ] && echo yes");
+    Transcript transcript;
+    transcript.run(set_static).run(std::string(set_static) + " --json | tail -n 4");
+    nmcli.runs("echo no");
+    transcript.run(set_static);
+    nmcli.runs("echo yes");
+    ifup.runs("exit 1");
+    transcript.run(set_static);
+    transcript.expect("network_managed");
+}
+
+TEST_F(QvtcctlNetworkTranscript, ALongSilenceSaysWhatItWaitsFor) {
+    plug("eth0");
+    ifup.runs("sleep 1.2; exit 1");
+    route.runs("sleep 1.2; /usr/sbin/route -n \"$@\"");
+    Transcript transcript;
+    transcript.run("qvtcctl network set eth0 dhcp")
+        .run("qvtcctl network route eth0 2>&1 | head -n 1");
+    transcript.expect("network_slow");
+}
+
 TEST_F(QvtcctlNetworkTranscript, ItsCommandsExplainThemselves) {
     Transcript transcript;
     transcript.run("qvtcctl network --help")

@@ -35,6 +35,19 @@ TEST(QvtcctlOutputs, AreNoneInATextThatListsNone) {
     }
 }
 
+TEST(QvtcctlOutputs, ThatAnArrangementLeavesOutAreNamed) {
+    const Outputs four{{"D0", "10x10+0+0"},
+                       {"D1", "10x10+0+0"},
+                       {"D2", "10x10+0+10"},
+                       {"D3", "10x10+10+0"},
+                       {"D4", ""}};
+    using Names = std::vector<std::string>;
+    EXPECT_EQ(outside(Arrangement::same_place, four), (Names{"D2", "D3", "D4"}));
+    EXPECT_EQ(outside(Arrangement::beside, four), (Names{"D1", "D2", "D4"}));
+    EXPECT_EQ(outside(Arrangement::below, four), (Names{"D1", "D3", "D4"}));
+    EXPECT_EQ(outside(Arrangement::same_place, {}), Names{});
+}
+
 TEST(QvtcctlOutputs, AreAskedOfTheTerminalsScreen) {
     test::StandIn xrandr("xrandr");
     xrandr.runs("echo \"VGA1 connected ${DISPLAY/:/7x7+0+}\"");

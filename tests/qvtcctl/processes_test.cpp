@@ -3,6 +3,7 @@
 #include "support/support.hpp"
 
 #include <csignal>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -44,11 +45,48 @@ TEST(QvtcctlProcesses, AClientServesTheConnectionInItsArguments) {
     record[field_index("serverAddress")] = "10.0.0.5";
     const ConnectionType& rdp = *find_type("rdp");
     const ConnectionType& spice = *find_type("spice");
-    EXPECT_TRUE(serves({1, {"xfreerdp", "/t:office", "/v:10.0.0.5", "/f"}}, rdp, record));
-    EXPECT_FALSE(serves({1, {"xfreerdp", "/t:other", "/v:10.0.0.5", "/f"}}, rdp, record));
-    EXPECT_FALSE(serves({1, {"xfreerdp", "/t:office", "/v:10.0.0.55", "/f"}}, rdp, record));
-    EXPECT_TRUE(serves({1, {"remote-viewer", "-f", "spice://10.0.0.5:5930"}}, spice, record));
-    EXPECT_FALSE(serves({1, {"remote-viewer", "-f", "spice://10.0.0.6:5930"}}, spice, record));
+    const ConnectionType& vnc = *find_type("vnc");
+    const auto is_served_by = [&](const ConnectionType& type, std::vector<std::string> arguments) {
+        return serves({1, std::move(arguments), {}}, type, record);
+    };
+    EXPECT_TRUE(is_served_by(rdp, {"xfreerdp", "/t:office", "/v:10.0.0.5", "/f"}));
+    EXPECT_FALSE(is_served_by(rdp, {"xfreerdp", "/t:other", "/v:10.0.0.5", "/f"}));
+    EXPECT_FALSE(is_served_by(rdp, {"xfreerdp", "/t:office", "/v:10.0.0.55", "/f"}));
+    EXPECT_TRUE(is_served_by(spice, {"remote-viewer", "-f", "spice://10.0.0.5"}));
+    EXPECT_FALSE(is_served_by(spice, {"remote-viewer", "-f", "spice://10.0.0.55"}));
+    EXPECT_FALSE(is_served_by(spice, {"remote-viewer", "-f", "spice://10.0.0.5:5930"}));
+    EXPECT_TRUE(is_served_by(vnc, {"vncviewer", "FullScreen", "10.0.0.5"}));
+    EXPECT_FALSE(is_served_by(vnc, {"vncviewer", "FullScreen", "10.0.0.5::5901"}));
+    record[field_index("port")] = "5930";
+    record[field_index("password")] = "secret";
+    EXPECT_TRUE(is_served_by(spice, {"remote-viewer", "-f", "spice://10.0.0.5:5930"}));
+    EXPECT_TRUE(is_served_by(vnc, {"vncviewer", "FullScreen", "passwd", "secret10.0.0.5"}));
+}
+
+// A process may end between any two steps: its directory is empty then, or a file in it is there
+// and cannot be read, as here where it is a directory.
+TEST(QvtcctlProcesses, AreReadAlthoughSomeEndMeanwhile) {
+    const std::filesystem::path proc = "/tmp/proc";
+    const auto put = [&](const std::string& file, const std::string& text) {
+        test::write_file(proc / file, text);
+    };
+    put("10/comm", "firefox-esr\n");
+    put("10/stat", "10 (firefox) x) S 1");
+    put("10/cmdline", std::string("firefox\0http://a/\0", 18));
+    put("10/environ", std::string("A=1\0B=2\0", 8));
+    std::filesystem::create_directories(proc / "11");
+    std::filesystem::create_directories(proc / "12/comm");
+    put("13/comm", "firefox\n");
+    std::filesystem::create_directories(proc / "13/stat");
+    put("14/comm", "firefox\n");
+    put("14/stat", "14 (firefox) Z 1");
+    put("15/comm", "firefox\n");
+    put("15/stat", "15 (firefox) S 1");
+    std::filesystem::create_directories(proc / "15/cmdline");
+    put("self/comm", "firefox\n");
+    const std::vector<Process> found{{10, {"firefox", "http://a/"}, {"A=1", "B=2"}}, {15, {}, {}}};
+    EXPECT_EQ(running_processes("firefox", proc), found);
+    EXPECT_EQ(running_processes("firefox", "/tmp/nowhere"), std::vector<Process>{});
 }
 
 } // namespace

@@ -19,17 +19,14 @@ TEST(QvtcctlResolutions, WhatIsNoneIsRefused) {
     const std::string choices = ": give one of auto, 800x600, 1024x768, 1280x720, 1440x900, "
                                 "1600x1200, 1920x1080, 1280x1024, 1366x768, 1600x900, 1280x800.";
     EXPECT_EQ(test::refusal_of([] { require_resolution("1024x786"); }),
-              "\"1024x786\" is no resolution that the terminal knows (did you mean "
-              "\"1024x768\"?)" +
-                  choices);
+              "unknown resolution \"1024x786\" (did you mean \"1024x768\"?)" + choices);
     EXPECT_EQ(test::refusal_of([] { require_resolution("\n"); }),
-              "\"\\x0a\" is no resolution that the terminal knows" + choices);
+              "unknown resolution \"\\x0a\"" + choices);
 }
 
 TEST(QvtcctlResolutions, AnIndexOfNoneIsShown) {
-    EXPECT_EQ(resolution_name("12"), "auto (the stored index \"12\" stands for no resolution)");
-    EXPECT_EQ(resolution_name("\x1b"),
-              "auto (the stored index \"\\x1b\" stands for no resolution)");
+    EXPECT_EQ(resolution_name("12"), "auto (the stored index \"12\" is not valid)");
+    EXPECT_EQ(resolution_name("\x1b"), "auto (the stored index \"\\x1b\" is not valid)");
 }
 
 } // namespace

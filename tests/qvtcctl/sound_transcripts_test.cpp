@@ -71,6 +71,22 @@ TEST_F(QvtcctlSound, AVolumeThatNoCardTakes) {
     transcript.expect("volume_not_taken");
 }
 
+TEST_F(QvtcctlSound, AVolumeThatNoCardReportsIsUnknown) {
+    Transcript transcript;
+    transcript.run("qvtcctl volume").run("qvtcctl volume --json");
+    cards.put_in(0, "id|PCH\nname|PCH\ndevice|0|Line\nswitch|Line Playback Switch|1|0\n");
+    transcript.run("qvtcctl volume").run("qvtcctl volume --capture 40").expect("volume_unknown");
+}
+
+TEST_F(QvtcctlSound, AVolumeThatIsNotStoredIsNotClaimedToBe) {
+    cards.put_in(0, test::onboard_analog_card);
+    Transcript transcript;
+    transcript.run("qvtcctl volume --playback 55")
+        .run("mount --bind /home/root /home/root && mount -o remount,bind,ro /home/root")
+        .run("qvtcctl volume --playback 20");
+    transcript.expect("volume_not_stored");
+}
+
 TEST_F(QvtcctlSound, Cards) {
     Transcript transcript;
     transcript.run("qvtcctl sound show").run("qvtcctl sound show --json");

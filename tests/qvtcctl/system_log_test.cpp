@@ -42,6 +42,16 @@ TEST(QvtcctlSystemLog, TheLastComplaintIsALineThatSpeaksOfFailure) {
     EXPECT_EQ(last_complaint("[ERROR] \x1b[2J\n"), "[ERROR] \\x1b[2J");
 }
 
+TEST(QvtcctlSystemLog, TheLastLaunchOfAKindIsNamed) {
+    constexpr const char* log = "2026-11-21 12:00:00 [INFO] @launchclient id = 33\n"
+                                "2026-11-21 12:00:01 [INFO] @launchclient id = 32\n"
+                                "2026-11-21 12:00:02 [INFO] @launchclient id = 64\n"
+                                "2026-11-21 12:00:03 [INFO] @launchclient id = x\n";
+    EXPECT_EQ(last_launched(*find_type("rdp"), log), 32U);
+    EXPECT_EQ(last_launched(*find_type("spice"), log), 64U);
+    EXPECT_EQ(last_launched(*find_type("vnc"), log), std::nullopt);
+}
+
 TEST(QvtcctlSystemLog, TheTailIsTheEndOfAFile) {
     test::write_file(path, "0123456789");
     EXPECT_EQ(file_tail(path, 3), "789");

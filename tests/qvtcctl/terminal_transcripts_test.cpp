@@ -14,7 +14,7 @@ TEST(QvtcctlTranscript, Power) {
     const StandIn systemctl("systemctl");
     const StandIn shutdown("shutdown");
     const StandIn killall("killall");
-    const StandIn dhclient("dhclient");
+    StandIn dhclient("dhclient");
     const StandIn networking("/etc/init.d/networking");
     Transcript transcript;
     transcript.run("qvtcctl power reboot");
@@ -25,10 +25,26 @@ TEST(QvtcctlTranscript, Power) {
     EXPECT_EQ(shutdown.calls(), (StandIn::Calls{{"now"}}));
     transcript.run("qvtcctl power network-repair");
     EXPECT_TRUE(dhclient.calls().empty());
-    transcript.run("qvtcctl power network-repair --yes");
-    EXPECT_EQ(dhclient.calls(), (StandIn::Calls{{}}));
+    dhclient.runs("ip link add eth0 type veth peer name far0; "
+                  "ifconfig eth0 192.168.77.51 netmask 255.255.255.0");
+    transcript.run("qvtcctl power network-repair --yes")
+        .run("qvtcctl power network-repair --yes --json");
+    EXPECT_EQ(dhclient.calls(), (StandIn::Calls{{}, {}}));
     transcript.run("qvtcctl power").run("qvtcctl power reboot now");
     transcript.expect("power");
+}
+
+TEST(QvtcctlTranscript, ANetworkThatWasNotRepairedIsNotClaimedToBe) {
+    Transcript transcript;
+    {
+        const StandIn killall("killall");
+        const StandIn dhclient("dhclient");
+        transcript.run("qvtcctl power network-repair --yes");
+        EXPECT_EQ(dhclient.calls().size(), 1U);
+    }
+    transcript.run(
+        "PATH=$(dirname $(realpath $(command -v qvtcctl))) qvtcctl power network-repair --yes");
+    transcript.expect("power_not_repaired");
 }
 
 TEST(QvtcctlTranscript, PowerAsksOnATerminal) {
@@ -47,6 +63,10 @@ TEST(QvtcctlTranscript, HostName) {
         .run("qvtcctl host-name reception-2")
         .run("cat /etc/hostname")
         .run("qvtcctl host-name --json")
+        .run("stat -c %y-%i /etc/hostname /home/root/vpclientData.xml >/tmp/before; "
+             "qvtcctl host-name reception-2; qvtcctl host-name reception-2 --json; "
+             "stat -c %y-%i /etc/hostname /home/root/vpclientData.xml | diff /tmp/before -")
+        .run("echo other >/etc/hostname; qvtcctl host-name reception-2; cat /etc/hostname")
         .run("qvtcctl host-name reception_2")
         .run("qvtcctl host-name ''")
         .run("qvtcctl host-name")
@@ -102,6 +122,42 @@ TEST(QvtcctlTranscript, Update) {
         .run("qvtcctl update run --yes")
         .run("cat /tmp/updated");
     transcript.expect("update");
+}
+
+// Everybody may write to /tmp, and the script runs as root.
+TEST(QvtcctlTranscript, AnUpdateThatOthersCouldHaveWrittenIsNotRun) {
+    QVTC_NEED(test::terminal_mode() == test::TerminalMode::root, "there is no second user here");
+    const StandIn wget("wget");
+    const std::string script = "/tmp/nfs/qvupdate.sh";
+    const std::string run = "; qvtcctl update run --yes";
+    Transcript()
+        .run("mkdir -m 755 /tmp/nfs; printf '#!/bin/sh\ntouch /tmp/owned\n' >" + script +
+             "; chmod 755 " + script + "; chown 1000 /tmp/nfs" + run)
+        .run("qvtcctl update download http://127.0.0.1/update.qvtc")
+        .run("chown 0 /tmp/nfs; chmod 775 /tmp/nfs" + run)
+        .run("chmod 755 /tmp/nfs; chown 1000 " + script + run)
+        .run("chown 0 " + script + "; chmod 757 " + script + run)
+        .run("chmod 755 " + script + "; mv " + script + " /tmp/other; ln -s /tmp/other " + script +
+             run)
+        .run("rm " + script + "; mv /tmp/other " + script +
+             "; mv /tmp/nfs /tmp/elsewhere; "
+             "ln -s /tmp/elsewhere /tmp/nfs" +
+             run)
+        .run("rm /tmp/nfs; mv /tmp/elsewhere /tmp/nfs; chmod 777 /tmp" + run)
+        .run("ls /tmp/owned")
+        .run("chmod 1777 /tmp" + run + "; ls /tmp/owned")
+        .expect("update_not_roots");
+    EXPECT_EQ(wget.calls(), StandIn::Calls{});
+}
+
+// A shell may be replaced by the last program that it runs, so that there is one process only.
+TEST(QvtcctlTranscript, ARunningUpdateIsSeen) {
+    Transcript()
+        .run("mkdir /tmp/nfs; printf '#!/bin/bash\nwhile [ ! -e /tmp/enough ]; do sleep 0.05; "
+             "done\n' >/tmp/nfs/qvupdate.sh; chmod +x /tmp/nfs/qvupdate.sh")
+        .run("/tmp/nfs/qvupdate.sh & qvtcctl update status; qvtcctl update run --yes; "
+             "touch /tmp/enough; wait")
+        .expect("update_running");
 }
 
 } // namespace

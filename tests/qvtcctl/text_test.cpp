@@ -26,6 +26,21 @@ TEST(QvtcctlText, PrintableShowsWhatAScreenMustNotGet) {
     EXPECT_EQ(printable("a\0b"s), "a\\x00b");
 }
 
+TEST(QvtcctlText, PrintableShowsWhatWouldHideOrTurnTheTextAroundIt) {
+    EXPECT_EQ(printable("a\u202Eb"), "a\\xe2\\x80\\xaeb");
+    for (const std::string& hidden : {"\u061C"s, "\u200B"s, "\u200F"s, "\u2028"s, "\u2066"s,
+                                      "\u2069"s, "\uFEFF"s, "\U000E0041"s}) {
+        EXPECT_TRUE(printable(hidden).starts_with("\\x")) << hidden;
+    }
+    EXPECT_EQ(printable("\u2013\u2010\u2030\u2070"), "\u2013\u2010\u2030\u2070");
+}
+
+TEST(QvtcctlText, PrintableLinesKeepTheirNewlines) {
+    EXPECT_EQ(printable_lines(""), "");
+    EXPECT_EQ(printable_lines("a\x1b\n\nb\r\n"), "a\\x1b\n\nb\\x0d\n");
+    EXPECT_EQ(printable_lines("a\nb"), "a\nb");
+}
+
 TEST(QvtcctlText, WidthCountsColumnsNotBytes) {
     EXPECT_EQ(display_width(""), 0U);
     EXPECT_EQ(display_width("abc"), 3U);

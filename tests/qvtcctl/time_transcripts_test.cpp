@@ -48,6 +48,24 @@ TEST(QvtcctlTranscript, Time) {
     transcript.expect("time");
 }
 
+TEST(QvtcctlTranscript, ATimeServerThatTheClockCannotFollow) {
+    QVTC_NEED(test::file_exists("/usr/share/zoneinfo/posix/Etc/UTC"), "no zone data");
+    Transcript transcript;
+    {
+        const Clock clock;
+        StandIn getent("getent");
+        getent.runs("[ $2 = time.example ]");
+        transcript.run("qvtcctl time --ntp time.example")
+            .run("qvtcctl time --ntp no-such-host.example")
+            .run("qvtcctl time --ntp no-such-host.example --json")
+            .run("qvtcctl time");
+    }
+    transcript.run("rm -f /usr/local/bin/ntpdate-sync /usr/sbin/ntpdate-sync")
+        .run("qvtcctl time --ntp time.example 2>&1 | tail -n 2")
+        .run("qvtcctl time 2>&1 | tail -n 2");
+    transcript.expect("time_not_followed");
+}
+
 TEST(QvtcctlTranscript, TimeThatTheSystemDoesNotTake) {
     QVTC_NEED(test::file_exists("/usr/share/zoneinfo/posix/Etc/UTC"), "no zone data");
     Transcript transcript;
@@ -67,30 +85,69 @@ TEST(QvtcctlTranscript, Information) {
     StandIn blockdev("blockdev");
     blockdev.prints("62537072640\n");
     test::write_file("/dev/sda", "");
+    const StandIn rdp_client("xfreerdp");
     Transcript transcript;
-    transcript.run("qvtcctl info").run("qvtcctl info --json").run("qvtcctl info x");
+    // Whether the others are installed is the machine's affair.
+    transcript.run("qvtcctl info | grep -v 'SPICE\\|VNC\\|Web'").run("qvtcctl info x");
+    test::write_file("/home/root/lastupdate", "20260301120000\n");
+    transcript.run("qvtcctl host-name desk")
+        .run("qvtcctl info --json | grep -v 'remote-viewer\\|vncviewer\\|firefox'");
     transcript.expect("info");
 }
 
-TEST(QvtcctlTranscript, FactoryReset) {
-    const StandIn display("/var/lib/ralo/display.sh");
-    const StandIn nmcli("nmcli");
-    const StandIn aplay("aplay");
-    const StandIn reboot("reboot");
-    const StandIn killall("killall");
-    const StandIn pulseaudio("/usr/bin/pulseaudio");
-    const StandIn pacmd("pacmd");
+TEST(QvtcctlTranscript, InformationThatCannotBeLookedUpIsUnknown) {
+    StandIn cat("cat");
+    cat.runs("case $1 in /proc/cpuinfo) echo 'model name\t: Other' ;; "
+             "/proc/meminfo) echo 'MemTotal:        7929316 kB' ;; esac");
+    StandIn blockdev("blockdev");
+    blockdev.runs("exit 1");
+    StandIn uname("uname");
+    uname.prints("Linux terminal 6.1 x86_64\n");
     Transcript transcript;
-    transcript.run("qvtcctl connection add rdp name=office serverAddress=10.0.0.5")
+    transcript.run("qvtcctl info | head -n 11").run("qvtcctl info --json | head -n 11");
+    transcript.expect("info_unknown");
+}
+
+/// What a factory reset runs.
+struct ResetPrograms {
+    StandIn display{"/var/lib/ralo/display.sh"};
+    StandIn nmcli{"nmcli"};
+    StandIn aplay{"aplay"};
+    StandIn reboot{"reboot"};
+    StandIn killall{"killall"};
+    StandIn pulseaudio{"/usr/bin/pulseaudio"};
+    StandIn pacmd{"pacmd"};
+};
+
+TEST(QvtcctlTranscript, FactoryReset) {
+    const ResetPrograms programs;
+    Transcript transcript;
+    transcript.run("qvtcctl factory-reset --plan | head -n 8")
+        .run("qvtcctl connection add rdp name=office serverAddress=10.0.0.5")
         .run("qvtcctl connection add vnc name=lab serverAddress=10.0.0.6")
         .run("qvtcctl delay 20")
         .run("qvtcctl factory-reset --plan --json")
         .run("qvtcctl factory-reset");
-    EXPECT_TRUE(reboot.calls().empty());
+    EXPECT_TRUE(programs.reboot.calls().empty());
+    transcript.run("qvtcctl manager-password --password-stdin", "secret\n")
+        .run("sed -i 's#</configItem>#<tc_config_param_11>4711</tc_config_param_11>"
+             "<tc_config_param_9>useNTP=off</tc_config_param_9>"
+             "<networkconf-eth1>x</networkconf-eth1>&#' /home/root/vpclientData.xml; "
+             "ip link add eth1 type veth peer name far1")
+        .run("qvtcctl factory-reset --plan | head -n 12");
     transcript.run("qvtcctl delay").run("qvtcctl factory-reset --yes --json");
-    EXPECT_EQ(reboot.calls().size(), 1U);
+    EXPECT_EQ(programs.reboot.calls().size(), 1U);
     transcript.run("qvtcctl connection list").run("qvtcctl delay");
     transcript.expect("factory_reset");
+}
+
+TEST(QvtcctlTranscript, AFactoryResetThatCannotBeStoredIsReported) {
+    const ResetPrograms programs;
+    Transcript transcript;
+    transcript.run("qvtcctl connection add rdp name=office serverAddress=10.0.0.5")
+        .run("mount --bind /home/root /home/root && mount -o remount,bind,ro /home/root")
+        .run("qvtcctl factory-reset --yes | tail -n 1; exit ${PIPESTATUS[0]}");
+    transcript.expect("factory_reset_not_stored");
 }
 
 } // namespace

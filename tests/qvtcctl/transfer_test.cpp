@@ -27,6 +27,12 @@ std::vector<Record> records_of(const std::vector<Incoming>& incoming) {
     return records;
 }
 
+std::string many(const std::string& element, std::size_t times) {
+    std::string list = element;
+    for (std::size_t i = 1; i < times; ++i) list += "," + element;
+    return list;
+}
+
 std::string import_refusal(const std::string& text) {
     return refusal_of([&] { parse_import(text, Strictness::whole); });
 }
@@ -40,6 +46,30 @@ TEST(QvtcctlTransfer, WhatIsExportedIsImported) {
     with_password[1][field_index("password")] = "c2VjcmV0";
     EXPECT_EQ(records_of(parse_import(exported_text(with_password, false), Strictness::whole)),
               records);
+}
+
+TEST(QvtcctlTransfer, AFileWithoutPasswordsTakesNoneAway) {
+    std::vector<Record> stored{rdp(32, "a"), rdp(33, "b")};
+    stored[0][field_index("password")] = "c2VjcmV0";
+    std::vector<Record> changed = stored;
+    changed[0][field_index("serverAddress")] = "10.0.0.6";
+    for (const bool with_passwords : {false, true}) {
+        std::vector<Record> exported = changed;
+        if (with_passwords) exported[0][field_index("password")] = "";
+        const auto steps = plan_import(
+            stored, parse_import(exported_text(exported, with_passwords), Strictness::whole), true);
+        ASSERT_EQ(steps.size(), 2U);
+        EXPECT_EQ(steps[0].action, Action::replace);
+        EXPECT_EQ(steps[0].record[field_index("serverAddress")], "10.0.0.6");
+        EXPECT_EQ(steps[0].record[field_index("password")], with_passwords ? "" : "c2VjcmV0");
+        EXPECT_EQ(steps[1].action, Action::keep);
+    }
+}
+
+TEST(QvtcctlTransfer, BracesInAValueAreNoObjects) {
+    const Record record = rdp(32, std::string(60, '{') + "'[");
+    const std::vector<Record> records(5, record);
+    EXPECT_EQ(import_refusal(exported_text(records, true)), "id 32 is given twice.");
 }
 
 TEST(QvtcctlTransfer, NumbersMayBeWrittenAsNumbers) {
@@ -59,16 +89,17 @@ TEST(QvtcctlTransfer, WrongTextsAreRefused) {
     const std::string good =
         R"({"id": 32, "type": "rdp", "serverAddress": "10.0.0.5", "useGFX": "on"})";
     const Case cases[] = {
-        {"", "there is no text."},
-        {file_with("{"), "this is no JSON text: quoted object property name expected in line 1."},
-        {"{\"format\": ", "the JSON text ends too early."},
-        {"{\n\"format\": \n!", "this is no JSON text: unexpected character in line 3."},
-        {"[]", "this is not a text that \"qvtcctl connection export\" has written."},
-        {R"({"connections": []})",
-         "this is not a text that \"qvtcctl connection export\" has written."},
+        {"", "the input is empty."},
+        {file_with("{"), "not valid JSON: quoted object property name expected in line 1."},
+        {"{\"format\": ", "not valid JSON: it ends too early."},
+        {"{\n\"format\": \n!", "not valid JSON: unexpected character in line 3."},
+        {"[]", "this was not written by \"qvtcctl connection export\"."},
+        {R"({"connections": []})", "this was not written by \"qvtcctl connection export\"."},
         {R"({"format": "qvtcctl-connections", "version": 2, "connections": []})",
          "the text has version 2, and this program reads version 1."},
-        {file_with("") + "{}", "there is more text after the end of the JSON text."},
+        {file_with("") + "{}", "not valid JSON: there is more text after its end."},
+        {file_with(many("{}", 288)), "connection 1 of the file: it has no type."},
+        {file_with(many("{}", 289)), "too many objects: a terminal keeps at most 288 connections."},
         {file_with("7"), "connection 1 of the file: it is not a JSON object."},
         {file_with("{}"), "connection 1 of the file: it has no type."},
         {file_with(good + R"(, {"type": "rpd", "name": "x"})"),
@@ -78,16 +109,18 @@ TEST(QvtcctlTransfer, WrongTextsAreRefused) {
          "connection 1 of the file: \"nam\" is not a field (did you mean \"name\"?): \"qvtcctl "
          "connection fields\" lists them."},
         {file_with(R"({"type": "rdp", "name": null})"),
-         "connection 1 of the file: name is neither a text nor a whole number."},
+         "connection 1 of the file: name must be a text or a whole number."},
         {file_with(R"({"type": "rdp", "useGFX": true})"),
-         "connection 1 of the file: useGFX is neither a text nor a whole number."},
+         "connection 1 of the file: useGFX must be a text or a whole number."},
         {file_with(R"({"type": "rdp", "id": 64})"),
-         "connection 1 of the file: id \"64\" is not one of the type rdp: these are 32 to 63."},
+         "connection 1 of the file: id \"64\" does not belong to the type rdp, whose ids are 32 to "
+         "63."},
         {file_with(R"({"type": "rdp", "rdpPort": 70000})"),
-         "connection 1 of the file: rdpPort \"70000\" is not a port. Give a whole number from 1 to "
+         "connection 1 of the file: rdpPort \"70000\" is not a valid port. Give a number from 1 to "
          "65535."},
         {file_with(R"({"type": "rdp", "domain": "a\u0000b"})"),
-         "connection 1 of the file: domain \"a\\x00b\" holds a control character. Leave it out."},
+         "connection 1 of the file: domain \"a\\x00b\" contains a control character. Leave it "
+         "out."},
         {file_with(R"({"type": "rdp"})"),
          "connection 1 of the file: serverAddress is missing: give it as serverAddress=ADDRESS."},
         {file_with(good + "," + good), "id 32 is given twice."},

@@ -56,96 +56,96 @@ TEST(QvtcctlValidation, GoodValuesPass) {
 TEST(QvtcctlValidation, WhatCannotBeStoredIsRefused) {
     for (const Case& c : {
              Case{"rdp", "domain", "a=b",
-                  "domain \"a=b\" holds \"=\", which cannot be stored. Leave it out."},
+                  "domain \"a=b\" contains \"=\", which cannot be stored. Leave it out."},
              {"rdp", "domain", "a\"b",
-              "domain \"a\"b\" holds a double quote, which cannot be stored. Leave it out."},
+              "domain \"a\"b\" contains a double quote, which cannot be stored. Leave it out."},
              {"rdp", "domain", "a\\b",
-              "domain \"a\\b\" holds \"\\\", which cannot be stored. Leave it out."},
+              "domain \"a\\b\" contains \"\\\", which cannot be stored. Leave it out."},
              {"rdp", "domain", "50%",
-              "domain \"50%\" holds \"%\", which cannot be stored. Leave it out."},
+              "domain \"50%\" contains \"%\", which cannot be stored. Leave it out."},
              {"rdp", "domain", "a|b",
-              "domain \"a|b\" holds \"|\", which cannot be stored. Leave it out."},
+              "domain \"a|b\" contains \"|\", which cannot be stored. Leave it out."},
              {"rdp", "domain", "a\nb",
-              "domain \"a\\x0ab\" holds a control character. Leave it out."},
+              "domain \"a\\x0ab\" contains a control character. Leave it out."},
              {"rdp", "domain", "a\x7F",
-              "domain \"a\\x7f\" holds a control character. Leave it out."},
-             {"rdp", "domain", "\xFF", "domain \"\\xff\" is not UTF-8 text. Write it in UTF-8."},
-             {"rdp", "domain", "  ", "domain \"  \" holds only blanks, which are not kept."},
+              "domain \"a\\x7f\" contains a control character. Leave it out."},
+             {"rdp", "domain", "\xFF", "domain \"\\xff\" is not valid UTF-8."},
+             {"rdp", "domain", "  ", "domain \"  \" contains only blanks, which are not kept."},
          }) {
         EXPECT_EQ(verdict(c.type, c.field, c.value), c.message);
     }
     EXPECT_EQ(verdict("rdp", "domain", std::string(64, 'x')),
               "domain \"" + std::string(64, 'x') +
-                  "\" has 64 bytes, and a field holds 63. Shorten "
+                  "\" has 64 bytes, and the limit is 63. Shorten "
                   "it.");
 }
 
 TEST(QvtcctlValidation, WhatBreaksTheRuleOfItsFieldIsRefused) {
     for (const Case& c : {
              Case{"rdp", "rdpPort", "0",
-                  "rdpPort \"0\" is not a port. Give a whole number from 1 to 65535."},
+                  "rdpPort \"0\" is not a valid port. Give a number from 1 to 65535."},
              {"rdp", "rdpPort", "65536",
-              "rdpPort \"65536\" is not a port. Give a whole number from 1 to 65535."},
+              "rdpPort \"65536\" is not a valid port. Give a number from 1 to 65535."},
              {"spice", "port", "5900x",
-              "port \"5900x\" is not a port. Give a whole number from 1 to 65535."},
+              "port \"5900x\" is not a valid port. Give a number from 1 to 65535."},
              {"spice", "port", "0590",
-              "port \"0590\" is not a port. Give a whole number from 1 to 65535."},
-             {"rdp", "redirectAudio", "yes",
-              "redirectAudio \"yes\" is not a switch. Write on or off."},
-             {"rdp", "redirectAudio", "ON",
-              "redirectAudio \"ON\" is not a switch. Write on or off."},
-             {"rdp", "colorDepth", "33",
-              "colorDepth \"33\" is not one of 8, 15, 16, 24, 32. Write one of these."},
+              "port \"0590\" is not a valid port. Give a number from 1 to 65535."},
+             {"rdp", "redirectAudio", "yes", "redirectAudio \"yes\" must be on or off."},
+             {"rdp", "redirectAudio", "ON", "redirectAudio \"ON\" must be on or off."},
+             {"rdp", "colorDepth", "33", "colorDepth \"33\" must be one of 8, 15, 16, 24, 32."},
              {"rdp", "colorDepth", "8|15",
-              "colorDepth \"8|15\" holds \"|\", which cannot be stored. Leave it out."},
+              "colorDepth \"8|15\" contains \"|\", which cannot be stored. Leave it out."},
              {"rdp", "monitorSelect", "both",
-              "monitorSelect \"both\" is not one of extend, vga, hdmi. Write one of these."},
+              "monitorSelect \"both\" must be one of extend, vga, hdmi."},
              {"horizon", "vmwareProtocol", "Blast",
-              "vmwareProtocol \"Blast\" is not one of PCOIP, BLAST, RDP. Write one of these."},
+              "vmwareProtocol \"Blast\" must be one of PCOIP, BLAST, RDP."},
              {"horizon", "desktop", "Win10",
-              "desktop \"Win10\" is not hexadecimal text. For a desktop of this name write "
+              "desktop \"Win10\" is not hexadecimal text. For a desktop of this name, write "
               "57696e3130."},
              {"rdp", "serverAddress", "abc",
               "serverAddress \"abc\" has 3 characters, and an address needs at least 4. Give the "
-              "server's full name or its number."},
+              "server's full name or its IP address."},
              {"vnc", "serverAddress", "-listen",
-              "serverAddress \"-listen\" begins with \"-\", which no address does."},
+              "serverAddress \"-listen\" begins with \"-\", which an address must not."},
              {"web", "serverAddress", "http://a b",
-              "serverAddress \"http://a b\" holds a blank, which no address does. Leave it out."},
+              "serverAddress \"http://a b\" contains a blank, which an address must not. Leave it "
+              "out."},
          }) {
         EXPECT_EQ(verdict(c.type, c.field, c.value), c.message);
     }
 }
 
 TEST(QvtcctlValidation, BlanksAreRefusedWhereAClientGetsTheValueUnquoted) {
-    EXPECT_EQ(verdict("rdp", "name", "my office"),
-              "name \"my office\" holds a blank, and the RDP client, which gets it unquoted, would "
-              "take it for two options. Choose one without blanks.");
+    EXPECT_EQ(
+        verdict("rdp", "name", "my office"),
+        "name \"my office\" contains a blank, and the RDP client, which gets it unquoted, would "
+        "take it for two options. Choose one without blanks.");
     EXPECT_EQ(
         verdict("horizon", "username", "a b"),
-        "username \"a b\" holds a blank, and the Horizon client, which gets it unquoted, would "
+        "username \"a b\" contains a blank, and the Horizon client, which gets it unquoted, would "
         "take it for two options. Choose one without blanks.");
-    EXPECT_EQ(verdict("horizon", "desktop", "57206e"),
-              "desktop \"57206e\" holds a blank, and the Horizon client, which gets it unquoted, "
-              "would take it for two options. Choose one without blanks.");
+    EXPECT_EQ(
+        verdict("horizon", "desktop", "57206e"),
+        "desktop \"57206e\" contains a blank, and the Horizon client, which gets it unquoted, "
+        "would take it for two options. Choose one without blanks.");
 }
 
 TEST(QvtcctlValidation, PasswordsAreNeverShown) {
     EXPECT_EQ(verdict("rdp", "password", "secret!"),
-              "password is not in the stored form (base64 with \"=\" written \"+\", and \"+\" "
-              "written \"-\"). Give the password with \"qvtcctl connection set\" instead.");
+              "password is not in the stored form (base64 with \"+\" for \"=\" and \"-\" for "
+              "\"+\"). Give the password with \"qvtcctl connection set\" instead.");
     EXPECT_EQ(password_verdict("rdp", ""),
-              "password is empty. To remove a stored one, write password= instead.");
+              "password is empty. To remove a stored one, give password= instead.");
     EXPECT_EQ(password_verdict("rdp", std::string(46, 'x')),
-              "password has 46 bytes, and for the type rdp it may have 45. Choose a shorter one.");
+              "password has 46 bytes, and the limit for the type rdp is 45. Choose a shorter one.");
     EXPECT_EQ(password_verdict("rdp", "a\tb"),
-              "password holds a control character. Choose one without.");
-    EXPECT_EQ(password_verdict("rdp", "\xFF"), "password is not UTF-8 text. Write it in UTF-8.");
+              "password contains a control character. Choose one without.");
+    EXPECT_EQ(password_verdict("rdp", "\xFF"), "password is not valid UTF-8.");
     EXPECT_EQ(password_verdict("vnc", "a|b"),
-              "password holds \"|\", which cannot be stored. Leave it out.");
+              "password contains \"|\", which cannot be stored. Leave it out.");
     EXPECT_EQ(
         password_verdict("horizon", "a b"),
-        "password holds a blank, and the Horizon client, which gets it unquoted, would take it "
+        "password contains a blank, and the Horizon client, which gets it unquoted, would take it "
         "for two options. Choose one without blanks.");
 }
 
@@ -164,7 +164,7 @@ TEST(QvtcctlValidation, CarryingOnlyForgetsTheRulesOfFields) {
     };
     EXPECT_EQ(verdict_on("many"), "");
     EXPECT_EQ(verdict_on("a|b"),
-              "rdpPort \"a|b\" holds \"|\", which cannot be stored. Leave it out.");
+              "rdpPort \"a|b\" contains \"|\", which cannot be stored. Leave it out.");
 }
 
 TEST(QvtcctlValidation, ARecordNeedsWhatItsClientCannotDoWithout) {

@@ -37,8 +37,8 @@ std::uint32_t require_host(std::string_view field, const std::string& value) {
     const std::uint32_t first = number >> 24U;
     if (first == 0 || first == 127 || first >= 224) {
         refuse(field, value,
-               "is no address of a single machine on a network: the first number "
-               "must be from 1 to 223, and not 127.");
+               "cannot be the address of a machine: the first number must be from 1 "
+               "to 223, and not 127.");
     }
     return number;
 }
@@ -48,7 +48,7 @@ std::uint32_t require_mask(const std::string& value) {
     const std::uint32_t hosts = ~mask;
     if (mask == 0 || hosts < 3 || (hosts & (hosts + 1)) != 0) {
         refuse("mask", value,
-               "is not a network mask. Its bits must be ones and then zeros, with "
+               "is not a valid network mask. Its bits must be ones and then zeros, with "
                "room for two machines, such as 255.255.255.0.");
     }
     return mask;
@@ -56,12 +56,12 @@ std::uint32_t require_mask(const std::string& value) {
 
 void require_given(std::string_view field, const std::string& value, std::string_view mode) {
     if (!value.empty()) return;
-    throw UsageError(fmt::format("--{} is missing: {} needs it.", field, mode));
+    throw UsageError(fmt::format("--{} is required for {}.", field, mode));
 }
 
 void require_not_given(std::string_view field, const std::string& value, std::string_view why) {
     if (value.empty()) return;
-    throw UsageError(fmt::format("--{} does not go with {}.", field, why));
+    throw UsageError(fmt::format("--{} cannot be used with {}.", field, why));
 }
 
 void require_servers(const WantedAddresses& wanted) {
@@ -77,8 +77,8 @@ void require_single(std::string_view field, const std::string& value, std::uint3
     const std::uint32_t host = number & ~mask;
     if (host != 0 && host != ~mask) return;
     refuse(field, value,
-           "stands for the whole network that the mask makes. Choose an address "
-           "within it.");
+           "is the first or last address of its network, which stands for all of it. "
+           "Choose one in between.");
 }
 
 void require_static(const WantedAddresses& wanted) {
@@ -92,7 +92,7 @@ void require_static(const WantedAddresses& wanted) {
     require_single("gateway", wanted.gateway, gateway, mask);
     if ((address & mask) != (gateway & mask)) {
         refuse("gateway", wanted.gateway,
-               fmt::format("is not in the network of address {} and mask {}, so it could not be "
+               fmt::format("is outside the network of address {} and mask {}, so it could not be "
                            "reached.",
                            wanted.address, wanted.mask));
     }
@@ -104,12 +104,13 @@ void require_static(const WantedAddresses& wanted) {
 /// What a parameter string cannot carry.
 std::string fault_in_carrying(std::string_view value) {
     if (value.size() > longest_text)
-        return fmt::format("has {} bytes, and may have {}.", value.size(), longest_text);
+        return fmt::format("has {} bytes, and the limit is {}.", value.size(), longest_text);
     for (const char c : value) {
         if (c == '&' || c == '=')
-            return fmt::format("holds \"{}\", which cannot be handed on. Choose one without.", c);
+            return fmt::format("contains \"{}\", which cannot be passed on. Choose one without.",
+                               c);
         if (static_cast<unsigned char>(c) < ' ' || c == '\x7f')
-            return "holds a control character. Leave it out.";
+            return "contains a control character. Leave it out.";
     }
     return "";
 }
@@ -152,7 +153,7 @@ Mode require_mode(const std::string& word, bool can_keep_addresses) {
     if (word == "dns" && can_keep_addresses) return Mode::servers;
     const std::string modes = can_keep_addresses ? "dhcp, static, dns" : "dhcp, static";
     throw Refusal(ExitCode::bad_usage,
-                  fmt::format("mode \"{}\" is unknown{}: give one of {}.", printable(word),
+                  fmt::format("unknown mode \"{}\"{}: give one of {}.", printable(word),
                               did_you_mean(word, {"dhcp", "static"}), modes));
 }
 
@@ -176,10 +177,10 @@ void require_addresses(Mode mode, const WantedAddresses& wanted) {
 }
 
 void require_network_name(const std::string& name) {
-    if (name.empty()) throw Refusal(ExitCode::bad_usage, "the network's NAME is empty.");
+    if (name.empty()) throw Refusal(ExitCode::bad_usage, "the network's name is empty.");
     if (name.size() <= longest_name) return;
     refuse("name", name,
-           fmt::format("has {} bytes, and a network's name has at most {}.", name.size(),
+           fmt::format("has {} bytes, and the limit for a network's name is {}.", name.size(),
                        longest_name));
 }
 

@@ -1,5 +1,7 @@
 #include "qvtcctl/advice.hpp"
 
+#include "qvtcctl/server_address.hpp"
+
 #include <algorithm>
 #include <array>
 
@@ -13,7 +15,9 @@ using Fields = std::vector<std::size_t>;
 bool is_on(const Record& record, std::size_t field) { return record[field] == "on"; }
 bool is_set(const Record& record, std::size_t field) { return !record[field].empty(); }
 
+constexpr std::size_t address = field_index("serverAddress");
 constexpr std::size_t port = field_index("port");
+constexpr std::size_t password = field_index("password");
 constexpr std::size_t domain = field_index("domain");
 constexpr std::size_t username = field_index("username");
 constexpr std::size_t rdp_port = field_index("rdpPort");
@@ -26,34 +30,45 @@ constexpr std::size_t gateway_user = field_index("rdGatewayUsername");
 constexpr std::size_t gateway_password = field_index("rdGatewayPassword");
 constexpr std::size_t gateway_domain = field_index("rdGatewayDomain");
 
-/// Something that an RDP record does not do although it looks like it; it is said only to who has
-/// just named one of the fields.
-struct RdpAdvice {
+bool lacks_spice_port(const Record& record) {
+    const auto server = server_of(connection_types[QVTC_TYPE_SPICE], record);
+    return server && server->port == 0;
+}
+
+/// Something that a record does not do although it looks like it; it is said only to who has just
+/// named one of the fields.
+struct Advice {
+    unsigned type;
     std::array<std::size_t, 2> named;
     bool (*applies)(const Record&);
     std::string_view text;
 };
 
 // clang-format off
-constexpr std::array<RdpAdvice, 6> rdp_advice{{
-    {{rdp_port, custom_port},
+constexpr std::array<Advice, 8> advice_rows{{
+    {QVTC_TYPE_RDP, {rdp_port, custom_port},
      [](const Record& r) { return is_set(r, rdp_port) && !is_on(r, custom_port); },
      "rdpPort is used only with useCustomRDPPort=on."},
-    {{program, start_program},
+    {QVTC_TYPE_RDP, {program, start_program},
      [](const Record& r) { return is_set(r, program) && !is_on(r, start_program); },
      "appFullpath is used only with isConnectStart=on."},
-    {{gateway, gateway_address},
+    {QVTC_TYPE_RDP, {gateway, gateway_address},
      [](const Record& r) { return is_on(r, gateway) && !is_set(r, domain); },
      "The gateway is used only when domain is set too."},
-    {{gateway, gateway_address},
+    {QVTC_TYPE_RDP, {gateway, gateway_address},
      [](const Record& r) { return is_on(r, gateway) && !is_set(r, gateway_address); },
      "useRdGateway is on, but there is no rdGatewayAddress."},
-    {{gateway_user, username},
+    {QVTC_TYPE_RDP, {gateway_user, username},
      [](const Record& r) { return is_set(r, gateway_user) && is_set(r, username); },
      "rdGatewayUsername takes the place of username when the client logs on."},
-    {{gateway_password, gateway_password},
+    {QVTC_TYPE_RDP, {gateway_password, gateway_password},
      [](const Record& r) { return is_set(r, gateway_password) && !is_set(r, gateway_domain); },
      "rdGatewayPassword is used only when rdGatewayDomain is set too."},
+    {QVTC_TYPE_SPICE, {port, address}, lacks_spice_port,
+     "The viewer opens no connection without a port: set port too."},
+    {QVTC_TYPE_VNC, {password, address},
+     [](const Record& r) { return is_set(r, password); },
+     "The viewer takes a stored password for the beginning of the address, and finds no server."},
 }};
 // clang-format on
 
@@ -74,6 +89,12 @@ bool is_front_end_field(const Field& field) { return field.used_by == field_sets
 
 } // namespace
 
+Record new_record(const ConnectionType& type) {
+    Record record;
+    if (type.number == QVTC_TYPE_RDP) record[field_index("colorDepth")] = "32";
+    return record;
+}
+
 std::vector<std::string> advice_on(const ConnectionType& type, const Record& record,
                                    const Fields& named) {
     std::vector<std::string> advice;
@@ -82,8 +103,8 @@ std::vector<std::string> advice_on(const ConnectionType& type, const Record& rec
         if (!is_set(record, field) || is_front_end_field(fields[field])) continue;
         if (!contains(fields[field].used_by, type)) advice.push_back(unused_field(type, field));
     }
-    if (type.number != QVTC_TYPE_RDP) return advice;
-    for (const RdpAdvice& row : rdp_advice) {
+    for (const Advice& row : advice_rows) {
+        if (row.type != type.number) continue;
         const bool was_named = std::any_of(named.begin(), named.end(), [&](std::size_t field) {
             return field == row.named[0] || field == row.named[1];
         });

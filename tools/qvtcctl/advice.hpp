@@ -7,6 +7,10 @@
 
 namespace qvtc::qvtcctl {
 
+/// What a new connection of a type has when nothing else is said. An RDP client that is told no
+/// colour depth loses its session at once.
+Record new_record(const ConnectionType& type);
+
 /// What a person should know about values that are stored but will not have the effect that
 /// their names suggest: one sentence each, empty when there is nothing to say. "named" are the
 /// places of the fields that the person gave.

@@ -14,7 +14,7 @@ namespace {
 Assignment parse_assignment(const std::string& word) {
     const std::size_t equals = word.find('=');
     if (equals == std::string::npos || equals == 0) {
-        throw UsageError(fmt::format("\"{}\" is no FIELD=VALUE.", printable(word)));
+        throw UsageError(fmt::format("expected FIELD=VALUE, got \"{}\".", printable(word)));
     }
     const std::size_t field = require_field(std::string_view(word).substr(0, equals));
     return {field, word.substr(equals + 1)};
@@ -28,8 +28,8 @@ void require_settable(const Assignment& assignment) {
     const Field& field = fields[assignment.field];
     if (field.kind == Kind::identity) {
         throw Refusal(ExitCode::bad_usage,
-                      fmt::format("{} cannot be set: it belongs to the connection. Remove the "
-                                  "connection and add it anew to change it.",
+                      fmt::format("{} cannot be changed. Remove the connection and add a new one "
+                                  "instead.",
                                   field.name));
     }
     if (field.kind == Kind::password && !assignment.value.empty()) {
@@ -70,7 +70,8 @@ void require_carried(const Record& record) {
         const std::string fault = fault_in_carrying(record[i]);
         if (fault.empty()) continue;
         // Of the sentences on what is wrong and what to do only the first holds here.
-        const std::string rule = fault.substr(0, fault.find(". "));
+        std::string rule = fault.substr(0, fault.find(". "));
+        if (rule.ends_with('.')) rule.pop_back();
         const bool secret = fields[i].kind == Kind::password;
         throw Refusal(
             ExitCode::bad_usage,

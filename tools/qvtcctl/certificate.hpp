@@ -1,30 +1,28 @@
 #pragma once
 
-#include "qvtcctl/server_address.hpp"
-
 #include <ctime>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace qvtc::qvtcctl {
 
-/// What is known of a server's certificate.
+class ServerSocket;
+
+/// What is known of a server's certificate. All of it comes from the certificate itself and from
+/// its verification, never from a text that a server could have written.
 struct Certificate {
     std::string subject;
-    std::string expires;                   ///< as openssl writes it; empty when it does not tell
-    std::optional<std::time_t> expires_at; ///< the same
-    int fault = 0;                         ///< openssl's number of what is wrong; 0: nothing
-    std::string fault_text;                ///< and its words for that
+    std::time_t begins = 0;
+    std::time_t expires = 0;
+    int fault = 0;          ///< OpenSSL's number of what is wrong; 0: nothing
+    std::string fault_text; ///< and its words for that
 
     bool operator==(const Certificate&) const = default;
 };
 
-/// The server's own certificate in what "openssl s_client" prints; nothing when it has got none.
-std::optional<Certificate> certificate_in(std::string_view text);
-
-/// Fetches the certificate with openssl, and lets it hold the certificate against the host's name
-/// and the authorities that the terminal trusts. Nothing when there is none in three seconds.
-std::optional<Certificate> certificate_of(const ServerAddress& server);
+/// Sets TLS up with a server that has been connected to, and verifies its certificate against the
+/// host's name or address and the authorities that the terminal trusts. Nothing when the server
+/// shows none before the socket's deadline.
+std::optional<Certificate> certificate_of(ServerSocket& server, const std::string& host);
 
 } // namespace qvtc::qvtcctl

@@ -1,5 +1,7 @@
 #include "qvtcctl/child.hpp"
 
+#include "qvtcctl/console.hpp"
+
 #include <cerrno>
 #include <chrono>
 #include <thread>
@@ -34,7 +36,7 @@ bool has_ended(pid_t child, int& status) {
 } // namespace
 
 int run_in_child(const std::function<int()>& call, Chatter chatter,
-                 const std::function<void(long seconds)>& tell) {
+                 const WhileWaiting& while_waiting) {
     const auto start = std::chrono::steady_clock::now();
     const pid_t child = fork();
     if (child < 0) return failure;
@@ -42,10 +44,18 @@ int run_in_child(const std::function<int()>& call, Chatter chatter,
     int status = 0;
     while (!has_ended(child, status)) {
         const auto taken = std::chrono::steady_clock::now() - start;
-        tell(std::chrono::duration_cast<std::chrono::seconds>(taken).count());
+        while_waiting(std::chrono::duration_cast<std::chrono::seconds>(taken).count());
         std::this_thread::sleep_for(50ms);
     }
     return WIFEXITED(status) ? WEXITSTATUS(status) : failure;
+}
+
+WhileWaiting said_after_a_moment(const std::string& line) {
+    return [line, said = false](long seconds) mutable {
+        if (said || seconds < 1) return;
+        write_error(line + "\n");
+        said = true;
+    };
 }
 
 } // namespace qvtc::qvtcctl

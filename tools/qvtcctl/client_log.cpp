@@ -12,9 +12,12 @@ namespace qvtc::qvtcctl {
 namespace {
 
 constexpr std::string_view start_words = "]start to connect...";
+constexpr std::string_view viewer_banner = "\nTigerVNC Viewer ";
 constexpr std::size_t most_lines = 3;
 
 std::size_t last_start(std::string_view log) {
+    const std::size_t banner = log.rfind(viewer_banner);
+    if (banner != std::string_view::npos) return banner;
     const std::size_t words = log.rfind(start_words);
     if (words == std::string_view::npos) return std::string_view::npos;
     return log.rfind('[', words);
@@ -80,6 +83,7 @@ Explanation meaning_of(const FailureReason& row, unsigned id) {
     told.means = row.means;
     told.advice = with_id(row.advice, id);
     told.known = true;
+    told.ends_session = row.ends_session;
     return told;
 }
 
@@ -138,7 +142,12 @@ std::string_view since_last_start(std::string_view log) {
 }
 
 Explanation explain(const ConnectionType& type, unsigned id, std::string_view log,
-                    std::string_view library_reason) {
+                    std::string_view library_reason, Route route) {
+    if (route == Route::gateway) {
+        if (const FailureReason* row = find_reason_in(gateway_reasons, type, log)) {
+            return explanation_from_log(*row, type, id, log);
+        }
+    }
     if (const FailureReason* row = find_reason(type, log)) {
         return explanation_from_log(*row, type, id, log);
     }
@@ -146,20 +155,17 @@ Explanation explain(const ConnectionType& type, unsigned id, std::string_view lo
     return unexplained(type, log);
 }
 
-Explanation explain_missing_window(const ConnectionType& type, unsigned id, std::string_view log) {
-    if (const FailureReason* row = find_reason_in(missing_window_reasons, type, log)) {
-        return explanation_from_log(*row, type, id, log);
-    }
-    Explanation told = unexplained(type, log);
-    told.means =
-        fmt::format("No window of the {} client (one that says \"{}\") appeared within ten "
-                    "seconds. {}",
-                    type.title, type.window, told.means);
+Explanation never_began(Explanation told) {
+    if (!told.ends_session) return told;
+    told.ends_session = false;
+    told.means = "The server ended the session before it began.";
+    told.advice = "Look at the server's log. An xrdp that is set to security_layer=rdp does this: "
+                  "let it use TLS.";
     return told;
 }
 
 bool names_failure(const ConnectionType& type, std::string_view log) {
-    for (const SuccessWords& success : success_words) {
+    for (const ClientWords& success : success_words) {
         const std::size_t at = log.rfind(success.words);
         if (contains(success.types, type) && at != std::string_view::npos) log.remove_prefix(at);
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "qvtcctl/server_address.hpp"
 #include "qvtcctl/types.hpp"
 
 #include <string>
@@ -9,7 +10,8 @@
 namespace qvtc::qvtcctl {
 
 /// The client's words since its last start: the text from the last line
-/// "[SECONDS]start to connect..." on, or the whole text when it holds none.
+/// "[SECONDS]start to connect..." on, or from the viewer's last banner, which is all that marks a
+/// start in VNC's log; the whole text when it holds neither.
 std::string_view since_last_start(std::string_view log);
 
 /// What is to be told about a failure.
@@ -20,15 +22,17 @@ struct Explanation {
     std::string log;    ///< the file that the lines are from
     std::vector<std::string> lines; ///< of the log, made printable
     bool known = false;             ///< false: the log names no reason that is in the table
+    bool ends_session = false;      ///< true: the words are those of the end of a session
 };
 
 /// Explains a failure from the client's log since its start and from the library's own reason,
 /// which is the text behind a base64 status ("" when there is none).
 Explanation explain(const ConnectionType& type, unsigned id, std::string_view log,
-                    std::string_view library_reason);
+                    std::string_view library_reason, Route route = Route::direct);
 
-/// Explains why the terminal sees no window of a client whose log names no failure.
-Explanation explain_missing_window(const ConnectionType& type, unsigned id, std::string_view log);
+/// The same failure of a session that had not begun: then what is said of its end is not to be
+/// taken at its word.
+Explanation never_began(Explanation told);
 
 /// Whether the log since the client's start ends in words of this very type's client for a failure.
 bool names_failure(const ConnectionType& type, std::string_view log);

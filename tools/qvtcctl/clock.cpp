@@ -1,5 +1,8 @@
 #include "qvtcctl/host_name.hpp"
+#include "qvtcctl/installed.hpp"
 #include "qvtcctl/json.hpp"
+#include "qvtcctl/notes.hpp"
+#include "qvtcctl/program.hpp"
 #include "qvtcctl/quiet.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/table.hpp"
@@ -23,9 +26,13 @@ namespace {
 /// The clock may have gone on by this much between setting and looking.
 constexpr long tolerated_seconds = 60;
 
+/// The terminal's own, which the library starts.
+constexpr const char* synchronisation_program = "ntpdate-sync";
+
 struct Clock {
     long seconds = 0; ///< since 1970
     Zone zone;
+    bool is_set = false; ///< somebody has decided whether it follows a server
     bool follows = false;
     std::string server;
 };
@@ -50,7 +57,9 @@ Clock clock_now(Chatter chatter) {
     Clock clock;
     clock.seconds = std::atol(text_member(answer.get(), "systemTime").c_str()) / milliseconds;
     clock.zone = {text_member(answer.get(), "region"), text_member(answer.get(), "city")};
-    clock.follows = text_member(answer.get(), "useNTP") == "on";
+    const std::string synchronisation = text_member(answer.get(), "useNTP");
+    clock.is_set = !synchronisation.empty();
+    clock.follows = synchronisation == "on";
     clock.server = text_member(answer.get(), "ntpHost");
     return clock;
 }
@@ -84,15 +93,15 @@ void require_server(const std::string& server) {
 
 void require_consistent(const Options& options) {
     if (!options.server.empty() && options.no_server)
-        throw UsageError("--ntp and --no-ntp exclude each other.");
+        throw UsageError("--ntp and --no-ntp cannot be used together.");
     if (!options.server.empty() && !options.time.empty())
-        throw UsageError("--ntp and --set exclude each other: a clock that follows a server is "
-                         "not set by hand.");
+        throw UsageError("--ntp and --set cannot be used together: a clock that follows a "
+                         "server is not set by hand.");
     if (!options.server.empty()) require_server(options.server);
     if (!options.time.empty() && !parse_time(options.time)) {
         throw Refusal(ExitCode::bad_usage,
-                      fmt::format("time \"{}\" is none. Write it as \"2026-12-31 23:59\" or "
-                                  "\"2026-12-31 23:59:30\".",
+                      fmt::format("\"{}\" is not a valid time. Write it as \"2026-12-31 23:59\" "
+                                  "or \"2026-12-31 23:59:30\".",
                                   printable(options.time)));
     }
 }
@@ -124,9 +133,10 @@ void require_taken(const Options& options, const Clock& wish, const Clock& now,
         now.server != wish.server)
         throw not_taken("date and time were not stored", log);
     if (options.time.empty() || std::abs(now.seconds - wish.seconds) <= tolerated_seconds) return;
-    throw Refusal(ExitCode::not_done,
-                  "the zone and the server were stored, but the clock was not set: the system did "
-                  "not let \"date\" set it.");
+    throw Refusal(
+        ExitCode::not_done,
+        "the zone and the server were stored, but the clock was not set: \"date\" was not "
+        "allowed to set it.");
 }
 
 void change_clock(const Options& options, Chatter chatter) {
@@ -139,19 +149,46 @@ void change_clock(const Options& options, Chatter chatter) {
     require_taken(options, wish, clock_now(chatter), log);
 }
 
-Answer answer_of(const Clock& clock) {
+std::string server_text(const Clock& clock) {
+    if (clock.follows) return printable(clock.server);
+    return clock.is_set ? "none" : "none has been set";
+}
+
+bool is_known_to_name_servers(const std::string& server) {
+    const auto answer = run_program({"getent", "ahosts", server}, "LC_ALL=C");
+    return answer && answer->succeeded;
+}
+
+/// Why the clock does not follow the server that is stored: the library only starts the program
+/// that sets it, in the background, and hears nothing of what it came to.
+std::vector<std::string> notes_on(const Clock& clock, bool changed) {
+    if (!clock.follows) return {};
+    if (!is_installed(synchronisation_program)) {
+        return {fmt::format("the time server is stored, but nothing sets the clock from it: the "
+                            "program {} is not installed.",
+                            synchronisation_program)};
+    }
+    if (changed && !is_known_to_name_servers(clock.server)) {
+        return {fmt::format("the time server is stored, but the name {} cannot be resolved now. "
+                            "The clock is not set until it can be.",
+                            printable(clock.server))};
+    }
+    if (!changed) return {};
+    return {"the clock is set in the background, as soon as the time server responds."};
+}
+
+Answer answer_of(const Clock& clock, bool changed) {
     Answer answer;
     const std::string time = time_text(clock);
-    const std::string follows =
-        clock.follows ? printable(clock.server) : std::string("no server, it was set by hand");
-    answer.text = fmt::format("Time     {}\nZone     {}\nFollows  {}\n", time,
-                              printable(clock.zone.name()), follows);
+    answer.text = fmt::format("Time         {}\nZone         {}\nTime server  {}\n", time,
+                              printable(clock.zone.name()), server_text(clock));
     answer.json = json_map();
     add(answer.json, "time", time);
     add_number(answer.json, "seconds", clock.seconds);
     add(answer.json, "zone", clock.zone.name());
     add_flag(answer.json, "followsServer", clock.follows);
     add(answer.json, "server", clock.server);
+    add_notes(answer, notes_on(clock, changed));
     return answer;
 }
 
@@ -182,7 +219,7 @@ Run define_time(CLI::App& app) {
         if (!options->zone.empty()) require_zone(options->zone);
         require_terminal();
         if (options->changes()) change_clock(*options, context.chatter());
-        return answer_of(clock_now(context.chatter()));
+        return answer_of(clock_now(context.chatter()), !options->server.empty());
     };
 }
 

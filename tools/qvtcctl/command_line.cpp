@@ -21,7 +21,7 @@ void define_common_options(CLI::App& app, Context& context) {
 
 void set_help(CLI::App& app) {
     app.set_help_flag("-h,--help", "show this help");
-    // Words that nothing takes are judged here, with suggestions.
+    // Unexpected words are reported here, with suggestions.
     app.allow_extras();
 }
 
@@ -47,13 +47,13 @@ std::vector<std::string> option_names(const CLI::App& app) {
                                      did_you_mean(word, {names.begin(), names.end()})));
     }
     if (app.get_subcommands(nullptr).empty()) {
-        throw UsageError(fmt::format("\"{}\" is one word too many.", shown));
+        throw UsageError(fmt::format("unexpected argument \"{}\".", shown));
     }
     throw UsageError(
         fmt::format("unknown command \"{}\"{}.", shown, did_you_mean(word, command_names(app))));
 }
 
-/// CLI11's words for a wrong command line, in ours.
+/// CLI11's message about a wrong command line, in the words of the other messages.
 std::string in_plain_words(const CLI::ParseError& error) {
     const std::string text = error.what();
     const std::string name = text.substr(0, text.find_first_of(": "));
@@ -88,7 +88,7 @@ void CommandLine::define(CLI::App& parent, const Verb& verb) {
     CLI::App* app = parent.add_subcommand(std::string(verb.name), std::string(verb.summary));
     set_help(*app);
     app->footer(fmt::format("{}\n\n{}", verb.description, verb.examples));
-    runs_.emplace(app, verb.define(*app));
+    calls_.emplace(app, Call{verb.define(*app), verb.settings, {}});
     define_common_options(*app, context_);
 }
 
@@ -101,7 +101,7 @@ CommandLine::Call CommandLine::parse(std::vector<std::string> words) {
     } catch (const CLI::CallForVersion&) {
         throw;
     } catch (const CLI::ParseError& error) {
-        // A word too many often is the cause of what is missing, so it is told first.
+        // An unexpected argument often is the cause of what is missing, so it is reported first.
         for (const CLI::App* app = &chosen(); app != nullptr; app = app->get_parent()) {
             if (!app->remaining().empty()) refuse_extra(*app, app->remaining().front());
         }
@@ -110,9 +110,9 @@ CommandLine::Call CommandLine::parse(std::vector<std::string> words) {
     for (const CLI::App* app = &chosen(); app != nullptr; app = app->get_parent()) {
         if (!app->remaining().empty()) refuse_extra(*app, app->remaining().front());
     }
-    const auto run = runs_.find(&chosen());
-    if (run == runs_.end()) throw UsageError("a command is missing.");
-    return {run->second, context_};
+    const auto call = calls_.find(&chosen());
+    if (call == calls_.end()) throw UsageError("no command given.");
+    return {call->second.run, call->second.settings, context_};
 }
 
 const CLI::App& CommandLine::chosen() const {

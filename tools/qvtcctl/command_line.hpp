@@ -19,6 +19,7 @@ class CommandLine {
     /// A verb that was called, with its options read.
     struct Call {
         Run run;
+        Settings settings;
         Context context;
     };
 
@@ -40,7 +41,7 @@ class CommandLine {
 
     std::unique_ptr<CLI::App> root_;
     Context context_;
-    std::map<const CLI::App*, Run> runs_;
+    std::map<const CLI::App*, Call> calls_;
 };
 
 /// The whole help text of a command: usage, what it does, its commands or its arguments and

@@ -13,12 +13,12 @@ void require_consent(bool yes, const std::string& consequence) {
         ask_openly(fmt::format("{} Go on? [y/N] ", consequence));
     if (!answer) {
         throw Refusal(ExitCode::bad_usage,
-                      fmt::format("{} There is no terminal on which to ask for your consent: give "
-                                  "it with --yes. Nothing was done.",
+                      fmt::format("{} Cannot ask for confirmation without a tty: give --yes. "
+                                  "Nothing was done.",
                                   consequence));
     }
     if (*answer == "y" || *answer == "Y" || *answer == "yes") return;
-    throw Refusal(ExitCode::not_done, "left as it is, as you decided.");
+    throw Refusal(ExitCode::not_done, "Cancelled; nothing was changed.");
 }
 
 } // namespace qvtc::qvtcctl

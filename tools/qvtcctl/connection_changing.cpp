@@ -3,6 +3,7 @@
 #include "qvtcctl/change_lock.hpp"
 #include "qvtcctl/connection_verbs.hpp"
 #include "qvtcctl/device.hpp"
+#include "qvtcctl/notes.hpp"
 #include "qvtcctl/password.hpp"
 #include "qvtcctl/presentation.hpp"
 #include "qvtcctl/refusal.hpp"
@@ -38,7 +39,7 @@ void define_password_options(CLI::App& app, PasswordOptions& options) {
 
 void require_one_way(bool asked, bool read, std::string_view name) {
     if (asked && read) {
-        throw UsageError(fmt::format("--{0} and --{0}-stdin exclude each other.", name));
+        throw UsageError(fmt::format("--{0} and --{0}-stdin cannot be used together.", name));
     }
 }
 
@@ -74,23 +75,24 @@ void put(const std::vector<Assignment>& passwords, Record& record) {
     for (const Assignment& password : passwords) record[password.field] = password.value;
 }
 
-Answer changed_answer(std::string_view done, unsigned id, const Record& record,
+/// What came of it: the word for a person, and whether anything was stored.
+struct Outcome {
+    std::string_view word;
+    bool changed;
+};
+constexpr Outcome added{"Added", true};
+constexpr Outcome changed{"Changed", true};
+constexpr Outcome unchanged{"Unchanged:", false};
+
+Answer changed_answer(const Outcome& outcome, unsigned id, const Record& record,
                       std::vector<std::string> notes) {
     Answer answer;
-    answer.text = fmt::format("{} connection {}.\n", done, label_of(id, record));
+    answer.text = fmt::format("{} connection {}.\n", outcome.word, label_of(id, record));
     answer.json = json_map();
+    add_flag(answer.json, "changed", outcome.changed);
     add(answer.json, "connection", record_json(record, Passwords::hidden, true));
-    Json list = json_list();
-    for (const std::string& note : notes) append(list, json_text(note));
-    add(answer.json, "notes", std::move(list));
-    answer.notes = std::move(notes);
+    add_notes(answer, std::move(notes));
     return answer;
-}
-
-/// What a new connection of a type has when nothing else is said. An RDP client that is told no
-/// colour depth loses its session at once.
-void set_defaults(const ConnectionType& type, Record& record) {
-    if (type.number == QVTC_TYPE_RDP) record[field_index("colorDepth")] = "32";
 }
 
 } // namespace
@@ -103,13 +105,12 @@ Run define_add(CLI::App& app) {
     };
     auto options = std::make_shared<Options>();
     app.add_option("TYPE", options->type, "type of the connection")->required();
-    app.add_option("FIELD", options->words, "what stands in its fields")->required();
+    app.add_option("FIELD", options->words, "the values of its fields")->required();
     define_password_options(app, options->passwords);
     return [options](const Context& context) {
         const ConnectionType& type = require_type(options->type);
         const std::vector<Assignment> assignments = parse_assignments(options->words);
-        Record record;
-        set_defaults(type, record);
+        Record record = new_record(type);
         apply(assignments, type, record);
         require_usable(type, record);
         const Device device(context.chatter());
@@ -118,7 +119,7 @@ Run define_add(CLI::App& app) {
         const ChangeLock lock;
         const unsigned id = device.add(type, record);
         record.set_identity(id, type);
-        return changed_answer("Added", id, record,
+        return changed_answer(added, id, record,
                               advice_on(type, record, named_fields(assignments, passwords)));
     };
 }
@@ -137,7 +138,7 @@ Run define_set(CLI::App& app) {
         const unsigned id = require_id(options->id);
         const ConnectionType& type = require_type_of_id(id);
         if (options->words.empty() && !options->passwords.any()) {
-            throw UsageError("there is nothing to change: give a FIELD=VALUE or a password.");
+            throw UsageError("nothing to change: give a FIELD=VALUE or a password.");
         }
         const std::vector<Assignment> assignments = parse_assignments(options->words);
         Record trial;
@@ -146,14 +147,16 @@ Run define_set(CLI::App& app) {
         device.record(id); // nobody should type a password for a connection that does not exist
         const std::vector<Assignment> passwords = collect_passwords(options->passwords, type);
         const ChangeLock lock;
-        Record record = device.record(id);
+        const Record before = device.record(id);
+        Record record = before;
         apply(assignments, type, record);
         put(passwords, record);
         record.set_identity(id, type);
         require_carried(record);
         require_usable(type, record);
-        device.store(type, record);
-        return changed_answer("Changed", id, record,
+        // A document that need not be written is not: other readers would take it for a change.
+        if (record != before) device.store(type, record);
+        return changed_answer(record != before ? changed : unchanged, id, record,
                               advice_on(type, record, named_fields(assignments, passwords)));
     };
 }

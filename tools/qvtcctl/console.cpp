@@ -4,41 +4,64 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <unistd.h>
 
 namespace qvtc::qvtcctl {
 namespace {
 
-void write_all(int descriptor, std::string_view text) {
+int first_output_error = 0;
+
+/// 0, or the error number with which it ended.
+int write_all(int descriptor, std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = write(descriptor, text.data(), text.size());
         if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return;
+        if (written < 0) return errno;
         text.remove_prefix(static_cast<std::size_t>(written));
     }
+    return 0;
 }
 
 } // namespace
 
-void write_out(std::string_view text) { write_all(STDOUT_FILENO, text); }
+void hold_standard_descriptors() {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(descriptor, F_GETFD) >= 0) continue;
+        // Opened in the wrong direction, so that what is written is an error, as it would have
+        // been.
+        const int direction = descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+        [[maybe_unused]] const int lowest_free = open("/dev/null", direction); // NOLINT
+    }
+}
+
+void write_out(std::string_view text) {
+    const int error = write_all(STDOUT_FILENO, text);
+    if (first_output_error == 0) first_output_error = error;
+}
 
 void write_error(std::string_view text) { write_all(STDERR_FILENO, text); }
 
+std::string lost_output() {
+    return first_output_error == 0 ? "" : std::strerror(first_output_error);
+}
+
 Progress::Progress(bool switched_on)
-    : switched_on_(switched_on), on_terminal_(isatty(STDOUT_FILENO) == 1) {}
+    : switched_on_(switched_on), on_tty_(isatty(STDOUT_FILENO) == 1) {}
 
 Progress::~Progress() { clear(); }
 
 void Progress::show(const std::string& stage, long seconds) {
     if (!switched_on_) return;
-    if (!on_terminal_) {
-        if (stage != stage_) write_out(stage + "\n");
+    if (!on_tty_) {
+        if (stage != stage_) write_out(printable(stage) + "\n");
         stage_ = stage;
         return;
     }
-    const std::string line = fmt::format("{} ({} s)", stage, seconds);
+    const std::string line = fmt::format("{} ({} s)", printable(stage), seconds);
     const std::size_t columns = display_width(line);
     // In one piece, and only what is left over of the old line is blanked: so nothing flickers.
     std::string text = "\r" + line;

@@ -5,11 +5,18 @@
 
 namespace qvtc::qvtcctl {
 
+/// Keeps the numbers of standard streams that the caller has closed from going to the next files
+/// that are opened, which would then receive the answer. To be called before anything is opened.
+void hold_standard_descriptors();
+
 /// The program's own two streams.
 void write_out(std::string_view text);
 void write_error(std::string_view text);
 
-/// Tells how a longer work is getting on: on a terminal one line that is rewritten, elsewhere one
+/// Why something that was written to standard output did not arrive; empty while everything did.
+std::string lost_output();
+
+/// Shows the progress of a longer operation: on a tty one line that is rewritten, elsewhere one
 /// line for each new stage, and nothing at all when it is switched off.
 class Progress {
   public:
@@ -18,17 +25,17 @@ class Progress {
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    /// "stage" is a line without newline; "seconds" is shown on a terminal only.
+    /// "stage" is a line without newline; "seconds" is shown on a tty only.
     void show(const std::string& stage, long seconds);
 
-    /// Takes the line off a terminal's screen, so that something else can be written.
+    /// Removes the line from the tty, so that something else can be written.
     void clear();
 
   private:
     bool switched_on_;
-    bool on_terminal_;
+    bool on_tty_;
     std::string stage_;
-    std::size_t columns_ = 0; // of the line that stands on the terminal
+    std::size_t columns_ = 0; // of the line that the tty shows
 };
 
 } // namespace qvtc::qvtcctl

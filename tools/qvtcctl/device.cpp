@@ -143,6 +143,9 @@ void Device::set_connect_delay(unsigned seconds) const {
 }
 
 std::string Device::client_status(unsigned id) const {
+    // Of a FIFO the library would wait for a writer for ever; this refuses it.
+    const std::string client_log(require_type_of_id(id).log);
+    if (!client_log.empty()) file_tail(client_log, 0);
     Json answer;
     {
         const Quiet quiet(chatter_);

@@ -9,9 +9,9 @@ namespace {
 // clang-format off
 constexpr auto table = std::to_array<Verb>({
     {"init", "Run the terminal's start sequence",
-     "Does what the front-end does first when the terminal starts, and tells what came of each "
-     "step: sound where it goes to HDMI, logs that have outgrown their limits, power saving, "
-     "brightness, the server of the remote view, the front-end's pictures.",
+     "Does what the front-end does first when the terminal starts, and shows the result of each step: "
+     "sound where it goes to HDMI, logs that have outgrown their limits, power saving, brightness, "
+     "the remote view's server, the front-end's pictures.",
      "qvtcctl init",
      define_init},
     {"language", "Show or set the language of the front-end",
@@ -20,21 +20,22 @@ constexpr auto table = std::to_array<Verb>({
      "qvtcctl language\n"
      "qvtcctl language ko_KR",
      define_language},
-    {"battery", "Tell the battery's charge",
-     "Tells the charge of the battery in percent, where there is one.",
+    {"battery", "Show the battery's charge",
+     "Shows the charge of the battery in percent, if there is one.",
      "qvtcctl battery",
-     define_battery},
+     define_battery, Settings::not_needed},
     {"oem", "Show what the terminal's vendor has stored",
      "Shows the vendor's marker, data, information and list of features.",
      "qvtcctl oem\n"
      "qvtcctl oem --json",
-     define_oem},
+     define_oem, Settings::not_needed},
     {"log", "Show the library's log",
-     "Shows the last lines of the log, or follows it until you press Ctrl+C.",
+     "Shows the last lines of the log, or follows it until you press Ctrl+C. The passwords of "
+     "client command lines are masked unless --show-passwords is given.",
      "qvtcctl log\n"
      "qvtcctl log --level error --lines 100\n"
      "qvtcctl log --follow",
-     define_log},
+     define_log, Settings::not_needed},
 });
 // clang-format on
 

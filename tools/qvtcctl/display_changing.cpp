@@ -1,5 +1,7 @@
 #include "qvtcctl/confirmation.hpp"
 #include "qvtcctl/display_verbs.hpp"
+#include "qvtcctl/notes.hpp"
+#include "qvtcctl/outputs.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/resolutions.hpp"
 #include "qvtcctl/screens.hpp"
@@ -10,6 +12,7 @@
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace qvtc::qvtcctl {
 namespace {
@@ -32,18 +35,11 @@ Answer answer_of(std::string text, const char* key, std::string_view value) {
     return answer;
 }
 
-void add_notes(Answer& answer, std::vector<std::string> notes) {
-    Json list = json_list();
-    for (const std::string& note : notes) append(list, json_text(note));
-    add(answer.json, "notes", std::move(list));
-    answer.notes = std::move(notes);
-}
-
 unsigned require_brightness(const std::string& text) {
     const std::optional<unsigned> percent = parse_number(text);
     if (percent && *percent >= darkest && *percent <= brightest) return *percent;
     throw Refusal(ExitCode::bad_usage,
-                  fmt::format("the brightness \"{}\" is no whole number from {} to {}, without a "
+                  fmt::format("brightness \"{}\" must be a whole number from {} to {}, without a "
                               "percent sign.",
                               printable(text), darkest, brightest));
 }
@@ -51,36 +47,48 @@ unsigned require_brightness(const std::string& text) {
 bool require_order(const std::string& text) {
     if (text == "usual" || text == "reverse") return text == "reverse";
     throw Refusal(ExitCode::bad_usage,
-                  fmt::format("\"{}\" is no order: give usual or reverse.", printable(text)));
+                  fmt::format("unknown order \"{}\": give usual or reverse.", printable(text)));
 }
 
 void require_refresh(const std::string& text) {
     if (text.size() > longest_refresh) {
         throw Refusal(ExitCode::bad_usage,
-                      fmt::format("the refresh setting has {} bytes, and the library gives back at "
-                                  "most {}.",
+                      fmt::format("the refresh setting has {} bytes; at most {} are allowed.",
                                   text.size(), longest_refresh));
     }
     const Json parsed(json_tokener_parse(text.c_str()));
     if (is_utf8(text) && parsed && json_object_is_type(parsed.get(), json_type_object) != 0) return;
     throw Refusal(ExitCode::bad_usage,
-                  fmt::format("the refresh setting \"{}\" is no JSON object. Write one as "
+                  fmt::format("refresh setting \"{}\" is not a JSON object. Write one as "
                               "'{{\"rate\": 60}}', in single quotes for the shell.",
                               printable(text.substr(0, 60))));
+}
+
+/// What to know of a mode that was set, with these screens connected.
+std::string note_on(const ScreenMode& mode, const Outputs& outputs) {
+    if (!outputs) return "display :0.0 did not respond, so what the screens show is not known.";
+    if (outputs->size() < 2) {
+        return "fewer than two screens are connected, so the mode has no effect until another one "
+               "is.";
+    }
+    const std::vector<std::string> others = outside(mode.arrangement, *outputs);
+    if (others.empty()) return "";
+    return fmt::format("left as before: {}. The terminal arranges two screens that are switched "
+                       "on.",
+                       fmt::join(others, ", "));
 }
 
 Answer changed_resolution(const Resolution& resolution, bool keep, bool waits) {
     Answer answer = answer_of(
         fmt::format("The resolution is now {}, and the terminal restarts.{}\n", resolution.name,
-                    waits ? " The change waits: afterwards \"qvtcctl display keep\" keeps it, "
+                    waits ? " The change is pending: \"qvtcctl display keep\" keeps it, "
                             "\"qvtcctl display revert\" goes back."
                           : ""),
         "resolution", resolution.name);
     add_flag(answer.json, "changeWaits", waits);
     std::vector<std::string> notes;
     if (!waits && !keep) {
-        notes.emplace_back("nothing waits to be kept: it is the resolution that was kept last, or "
-                           "none was kept before.");
+        notes.emplace_back("no change is pending: this resolution was kept before.");
     }
     if (resolution.index == "0") {
         notes.emplace_back("the terminal's display script treats 800x600 as auto.");
@@ -99,7 +107,7 @@ Run define_display_set(CLI::App& app) {
     };
     auto options = std::make_shared<Options>();
     app.add_option("RESOLUTION", options->name, "auto, or WIDTHxHEIGHT")->required();
-    app.add_flag("--keep", options->keep, "keep it at once, so that nothing waits");
+    app.add_flag("--keep", options->keep, "keep it at once, with no change pending");
     app.add_flag("--yes", options->yes, "do not ask before the restart");
     return [options](const Context& context) {
         const Resolution& resolution = require_resolution(options->name);
@@ -119,8 +127,9 @@ Run define_display_keep(CLI::App&) {
         const bool waited = screens.change_waits();
         if (waited) screens.keep();
         const std::string name = resolution_name(screens.requested_index());
-        return answer_of(waited ? fmt::format("The resolution {} is kept.\n", name)
-                                : fmt::format("No change waits: the resolution is {}.\n", name),
+        return answer_of(waited
+                             ? fmt::format("The resolution {} is kept.\n", name)
+                             : fmt::format("No change is pending: the resolution is {}.\n", name),
                          "resolution", name);
     };
 }
@@ -131,8 +140,9 @@ Run define_display_revert(CLI::App&) {
         const bool waited = screens.change_waits();
         if (waited) screens.revert();
         const std::string name = resolution_name(screens.requested_index());
-        return answer_of(waited ? fmt::format("Back to the resolution {}.\n", name)
-                                : fmt::format("No change waits: the resolution is {}.\n", name),
+        return answer_of(waited
+                             ? fmt::format("Back to the resolution {}.\n", name)
+                             : fmt::format("No change is pending: the resolution is {}.\n", name),
                          "resolution", name);
     };
 }
@@ -144,13 +154,12 @@ Run define_display_mode(CLI::App& app) {
         const Screens screens(context.chatter());
         if (wanted != nullptr) screens.set_mode(*wanted);
         const ScreenMode& mode = screens.mode();
-        Answer answer = answer_of(
-            fmt::format("{}{}: {}.\n", wanted ? "The mode is now " : "", mode.name, mode.meaning),
-            "mode", mode.name);
-        if (wanted != nullptr && screens.count() < 2) {
-            add_notes(answer, {"fewer than two screens are connected, so nothing changes until "
-                               "another one is."});
-        }
+        const Outputs outputs = connected_outputs();
+        Answer answer = answer_of(fmt::format("{}{}: {}.\n", wanted ? "The mode is now " : "",
+                                              mode.name, meaning_here(mode, outputs)),
+                                  "mode", mode.name);
+        if (const std::string note = note_on(mode, outputs); wanted != nullptr && !note.empty())
+            add_notes(answer, {note});
         return answer;
     };
 }
@@ -177,7 +186,7 @@ Run define_display_brightness(CLI::App& app) {
         const std::string shown = wanted != 0 ? std::to_string(wanted) : screens.brightness();
         Answer answer;
         answer.text = wanted != 0     ? fmt::format("The brightness is now {} %.\n", shown)
-                      : shown.empty() ? "The screen :0.0 does not tell its brightness.\n"
+                      : shown.empty() ? "Display :0.0 does not report its brightness.\n"
                                       : fmt::format("{} %\n", printable(shown));
         answer.json = json_map();
         const std::optional<unsigned> percent = parse_number(shown);

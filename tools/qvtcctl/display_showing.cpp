@@ -16,7 +16,7 @@ std::string shown_place(const Output& output) {
 }
 
 std::string outputs_text(const std::optional<std::vector<Output>>& outputs) {
-    if (!outputs) return "the screen :0.0 could not be asked";
+    if (!outputs) return "unknown: display :0.0 did not respond";
     std::string text;
     for (const Output& output : *outputs) {
         text += fmt::format("{}{} {}", text.empty() ? "" : ", ", output.name, shown_place(output));
@@ -60,11 +60,12 @@ Run define_display_show(CLI::App&) {
         Answer answer;
         answer.text = layout({
             {"Resolution:", resolution_name(index)},
-            {"Change:", waits ? "waits for \"qvtcctl display keep\" or \"qvtcctl display revert\""
-                              : "none waits"},
-            {"Mode:", fmt::format("{} ({})", mode.name, mode.meaning)},
+            {"Change:", waits
+                            ? "pending until \"qvtcctl display keep\" or \"qvtcctl display revert\""
+                            : "none pending"},
+            {"Mode:", fmt::format("{} ({})", mode.name, meaning_here(mode, outputs))},
             {"Order:", order},
-            {"Brightness:", brightness.empty() ? "not known" : brightness + " %"},
+            {"Brightness:", brightness.empty() ? "unknown" : brightness + " %"},
             {"Screens:", outputs_text(outputs)},
         });
         answer.json = json_map();
@@ -99,17 +100,23 @@ Run define_display_list(CLI::App&) {
 Run define_display_screens(CLI::App&) {
     return [](const Context& context) {
         const Screens screens(context.chatter());
-        const int count = screens.count();
-        const bool extendable = screens.can_be_extended();
         const auto outputs = connected_outputs();
         Answer answer;
+        answer.json = json_map();
+        if (!outputs) {
+            // The library would count no screen, which is another thing than not knowing.
+            answer.text = layout({{"Screens:", outputs_text(outputs)}});
+            for (const char* const key : {"connected", "screens", "hasVgaAndHdmi"})
+                add(answer.json, key, Json());
+            return answer;
+        }
+        const bool extendable = screens.can_be_extended();
         answer.text = layout({
-            {"Connected:", std::to_string(count)},
+            {"Connected:", std::to_string(outputs->size())},
             {"Screens:", outputs_text(outputs)},
             {"Has VGA and HDMI:", extendable ? "yes" : "no"},
         });
-        answer.json = json_map();
-        add_number(answer.json, "connected", count);
+        add_number(answer.json, "connected", static_cast<long>(outputs->size()));
         add(answer.json, "screens", outputs_json(outputs));
         add_flag(answer.json, "hasVgaAndHdmi", extendable);
         return answer;

@@ -19,8 +19,8 @@ constexpr std::array<Verb, 10> table{{
      "qvtcctl display list",
      define_display_list},
     {"set", "Set the resolution, and restart",
-     "Sets the resolution of all screens and restarts the terminal at once. After the restart the "
-     "change waits: \"keep\" keeps it, \"revert\" goes back to the former resolution.",
+     "Sets the resolution of all screens and restarts the terminal at once. The change is "
+     "then pending: \"keep\" keeps it, \"revert\" goes back to the former resolution.",
      "qvtcctl display set 1920x1080\n"
      "qvtcctl display set auto --keep --yes",
      define_display_set},
@@ -34,7 +34,8 @@ constexpr std::array<Verb, 10> table{{
      define_display_revert},
     {"mode", "Show or set what several screens show",
      "Shows what several screens show, or sets it: clone (all the same), extend (one desktop, side "
-     "by side) or vertical (one desktop, one above the other).",
+     "by side) or vertical (one desktop, one above the other). The terminal "
+     "arranges two screens; more than two are left as they are.",
      "qvtcctl display mode\n"
      "qvtcctl display mode extend",
      define_display_mode},
@@ -48,14 +49,14 @@ constexpr std::array<Verb, 10> table{{
      "qvtcctl display brightness\n"
      "qvtcctl display brightness 80",
      define_display_brightness},
-    {"screens", "Tell how many screens are connected",
-     "Tells how many screens are connected, which they are, and whether the terminal has the two "
-     "outputs, VGA and HDMI, that an extended desktop takes. More than two count as two.",
+    {"screens", "Show how many screens are connected",
+     "Shows how many screens are connected, which they are, and whether the terminal has the two "
+     "outputs, VGA and HDMI, that an extended desktop needs.",
      "qvtcctl display screens",
      define_display_screens},
     {"refresh", "Show or set the refresh setting",
-     "Shows the display refresh setting, or sets it. It is a JSON text that the terminal's "
-     "front-end alone understands.",
+     "Shows the display refresh setting, or sets it. It is a JSON object that only the "
+     "terminal's front-end understands.",
      "qvtcctl display refresh\n"
      "qvtcctl display refresh '{\"rate\": 60}'",
      define_display_refresh},

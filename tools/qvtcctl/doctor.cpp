@@ -1,6 +1,7 @@
 #include "qvtcctl/client_verbs.hpp"
 #include "qvtcctl/device.hpp"
 #include "qvtcctl/doctor_findings.hpp"
+#include "qvtcctl/follow.hpp"
 #include "qvtcctl/installed.hpp"
 #include "qvtcctl/processes.hpp"
 #include "qvtcctl/windows.hpp"
@@ -23,32 +24,55 @@ constexpr std::size_t most_addresses = 2; ///< that are tried before the port co
 
 // ------------------------------------------------------------------ looking
 
-PortAnswer answer_of(const ServerFacts& facts) {
-    PortAnswer answer = PortAnswer::unreachable;
+/// The first address whose port answers; else an empty text, and what the last one did.
+std::string answering_address(ServerFacts& facts) {
     const std::size_t count = std::min(facts.resolution.addresses.size(), most_addresses);
-    for (std::size_t i = 0; i < count && answer != PortAnswer::answered; ++i) {
-        answer = try_port(facts.resolution.addresses[i], facts.address.port, longest_answer);
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string& address = facts.resolution.addresses[i];
+        facts.answer = try_port(address, facts.address.port, longest_answer);
+        if (facts.answer == PortAnswer::answered) return address;
     }
-    return answer;
+    return "";
 }
 
-std::optional<ServerFacts> look_at(const std::optional<ServerAddress>& address) {
-    if (!address) return std::nullopt;
+void look_at_certificate(ServerFacts& facts, const std::string& address) {
+    ServerSocket server(address, facts.address.port, longest_answer);
+    if (facts.security && !negotiate(server, offered_by_client)) return;
+    facts.certificate = certificate_of(server, facts.address.host);
+}
+
+ServerFacts look_at(const ServerAddress& address, bool speaks_rdp) {
     ServerFacts facts;
-    facts.address = *address;
-    facts.resolution = resolve(address->host, longest_resolution);
-    if (address->port == 0 || facts.resolution.addresses.empty()) return facts;
-    facts.answer = answer_of(facts);
-    facts.certificate_looked_for =
-        address->tls && facts.answer == PortAnswer::answered && is_installed("openssl");
-    if (facts.certificate_looked_for) facts.certificate = certificate_of(*address);
+    facts.address = address;
+    facts.resolution = resolve(address.host, longest_resolution);
+    if (address.port == 0) return facts;
+    const std::string answering = answering_address(facts);
+    if (answering.empty()) return facts;
+    if (speaks_rdp) facts.security = rdp_security_of(answering, address.port, longest_answer);
+    if (shows_certificate(facts)) look_at_certificate(facts, answering);
     return facts;
 }
 
-DoctorFacts look_around(const ConnectionType& type, const Record& record) {
+/// Why the last launch of this very connection failed; a session that has ended was no failure.
+std::optional<Explanation> last_failure_of(const Device& device, const ConnectionType& type,
+                                           const Record& record) {
+    if (!can_be_launched(type)) return std::nullopt;
+    const Standing standing = standing_of(device, type, record);
+    const bool ended = standing.state == State::failed || standing.state == State::not_running;
+    const Explanation& words = standing.last_words;
+    if (!ended || !words.known || words.ends_session) return std::nullopt;
+    return words;
+}
+
+DoctorFacts look_around(const Device& device, const ConnectionType& type, const Record& record) {
     DoctorFacts facts;
-    facts.server = look_at(server_of(type, record));
-    facts.gateway = look_at(gateway_of(type, record));
+    if (const auto gateway = gateway_of(type, record)) {
+        facts.gateway = look_at(*gateway, false);
+    } else if (const auto server = server_of(type, record)) {
+        facts.server = look_at(*server, type.number == QVTC_TYPE_RDP);
+    }
+    facts.storage_fault = storage_fault(storage_folder);
+    facts.last_failure = last_failure_of(device, type, record);
     facts.client_installed = is_installed(type.process);
     facts.screen_answers = look_for_window("") != Sight::unknown;
     facts.sound_runs = !running_processes("pulseaudio").empty();
@@ -61,7 +85,7 @@ DoctorFacts look_around(const ConnectionType& type, const Record& record) {
 
 // ------------------------------------------------------------------ telling
 
-std::string findings_text(const std::vector<Finding>& findings) {
+std::string findings_text(const Findings& findings) {
     std::string text;
     for (const Finding& finding : findings) {
         text +=
@@ -78,7 +102,7 @@ std::string counted(std::size_t count, std::string_view what) {
                        count == 1 ? "" : "s");
 }
 
-std::string summary(const std::vector<Finding>& findings) {
+std::string summary(const Findings& findings) {
     const auto count = [&](Health health) {
         return static_cast<std::size_t>(
             std::count_if(findings.begin(), findings.end(),
@@ -88,7 +112,7 @@ std::string summary(const std::vector<Finding>& findings) {
                        counted(count(Health::warning), "warning"));
 }
 
-Json findings_json(const std::vector<Finding>& findings) {
+Json findings_json(const Findings& findings) {
     Json list = json_list();
     for (const Finding& finding : findings) {
         Json row = json_map();
@@ -102,7 +126,7 @@ Json findings_json(const std::vector<Finding>& findings) {
 }
 
 Answer answer_on(unsigned id, const ConnectionType& type, const Record& record,
-                 const std::vector<Finding>& findings) {
+                 const Findings& findings) {
     Answer answer;
     const Health worst = worst_of(findings);
     answer.code = worst == Health::problem ? ExitCode::connection_failed : ExitCode::done;
@@ -125,9 +149,10 @@ Run define_doctor(CLI::App& app) {
     return [text](const Context& context) {
         const unsigned id = require_id(*text);
         const ConnectionType& type = require_type_of_id(id);
-        const Record record = Device(context.chatter()).record(id);
+        const Device device(context.chatter());
+        const Record record = device.record(id);
         return answer_on(id, type, record,
-                         findings_on(type, id, record, look_around(type, record)));
+                         findings_on(type, id, record, look_around(device, type, record)));
     };
 }
 

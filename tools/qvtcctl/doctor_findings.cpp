@@ -9,16 +9,11 @@
 #include <algorithm>
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 namespace qvtc::qvtcctl {
 namespace {
 
-using Findings = std::vector<Finding>;
 using enum Health;
-
-constexpr std::time_t day = 24L * 60 * 60;
-constexpr std::time_t expires_soon = 30 * day;
 
 bool is_on(const Record& record, std::string_view field) {
     const auto place = find_field(field);
@@ -36,8 +31,8 @@ Finding settings_finding(const ConnectionType& type, unsigned id, const Record& 
     }
     if (record.address().size() < shortest_address) {
         return {problem, "settings",
-                fmt::format("serverAddress has fewer than {} characters, which the library takes "
-                            "for none.",
+                fmt::format("serverAddress has fewer than {} characters, which the library "
+                            "ignores.",
                             shortest_address),
                 fmt::format("Set it: \"qvtcctl connection set {} serverAddress=ADDRESS\".", id)};
     }
@@ -46,12 +41,10 @@ Finding settings_finding(const ConnectionType& type, unsigned id, const Record& 
 
 /// What is stored and has no effect, of the fields that people take for ones that have.
 void add_advice(Findings& findings, const ConnectionType& type, unsigned id, const Record& record) {
-    const std::vector<std::size_t> fields{field_index("port"),
-                                          field_index("rdpPort"),
-                                          field_index("appFullpath"),
-                                          field_index("useRdGateway"),
-                                          field_index("rdGatewayUsername"),
-                                          field_index("rdGatewayPassword")};
+    std::vector<std::size_t> fields{field_index("rdpPort"), field_index("appFullpath"),
+                                    field_index("useRdGateway"), field_index("rdGatewayUsername"),
+                                    field_index("rdGatewayPassword")};
+    if (type.number != QVTC_TYPE_SPICE) fields.insert(fields.begin(), field_index("port"));
     for (const std::string& sentence : advice_on(type, record, fields)) {
         findings.push_back({warning, "settings", sentence,
                             fmt::format("Look at it: \"qvtcctl connection show {}\".", id)});
@@ -62,6 +55,35 @@ Finding vnc_password_finding(unsigned id) {
     return {problem, "password",
             "The viewer takes a stored password for the beginning of the address.",
             fmt::format("Remove it: \"qvtcctl connection set {} password=\".", id)};
+}
+
+/// Whether the server checks the user before the session begins; nothing when that is not known.
+std::optional<bool> wants_logon_first(const DoctorFacts& facts) {
+    const bool asked = facts.server && facts.server->security && facts.server->security->chosen;
+    if (!asked) return std::nullopt;
+    return !facts.server->security->asks_for_logon();
+}
+
+/// What is missing of the user's name and password for an RDP session, if something is.
+std::optional<Finding> missing_logon(unsigned id, bool user, bool password,
+                                     std::optional<bool> wanted_first) {
+    if (user && password) return std::nullopt;
+    if (wanted_first == false) {
+        return Finding{ok, "password", "Not all of the logon is stored; the server asks for it.",
+                       ""};
+    }
+    const std::string missing = user       ? "A user name is stored, and no password."
+                                : password ? "A password is stored, and no user name."
+                                           : "No user name and no password is stored.";
+    const std::string advice = fmt::format(
+        "Store {}: \"qvtcctl connection set {}{}{}\".", user || password ? "it" : "them", id,
+        user ? "" : " username=NAME", password ? "" : " --password");
+    if (wanted_first) {
+        return Finding{problem, "password", missing + " The server wants both before the session.",
+                       advice};
+    }
+    return Finding{warning, "password", missing + " Most servers want both before the session.",
+                   advice};
 }
 
 Finding password_finding(const ConnectionType& type, unsigned id, const Record& record,
@@ -84,110 +106,55 @@ Finding password_finding(const ConnectionType& type, unsigned id, const Record& 
     return {ok, "password", fmt::format("The stored {} can be decoded.", field), ""};
 }
 
-void add_passwords(Findings& findings, const ConnectionType& type, unsigned id,
-                   const Record& record) {
-    const Field& field = fields[field_index("password")];
-    if (!contains(field.used_by, type)) return;
-    if (type.number == QVTC_TYPE_VNC) {
-        if (!record[field_index("password")].empty()) findings.push_back(vnc_password_finding(id));
-        return;
+void add_rdp_passwords(Findings& findings, const ConnectionType& type, unsigned id,
+                       const Record& record, const DoctorFacts& facts) {
+    const bool password = !record[field_index("password")].empty();
+    const bool user = !record[field_index("username")].empty() ||
+                      !record[field_index("rdGatewayUsername")].empty();
+    if (const auto missing = missing_logon(id, user, password, wants_logon_first(facts))) {
+        findings.push_back(*missing);
     }
-    findings.push_back(password_finding(type, id, record, "password", "--password"));
-    if (type.number == QVTC_TYPE_RDP && !record[field_index("rdGatewayPassword")].empty()) {
+    if (password) {
+        findings.push_back(password_finding(type, id, record, "password", "--password"));
+    }
+    if (!record[field_index("rdGatewayPassword")].empty()) {
         findings.push_back(
             password_finding(type, id, record, "rdGatewayPassword", "--gateway-password"));
     }
 }
 
-// ------------------------------------------------------------------ the server
-
-Finding name_finding(const ServerFacts& facts, std::string_view field) {
-    const std::string host = printable(facts.address.host);
-    const std::string check_it =
-        fmt::format("Check {}, and the terminal's name server in /etc/resolv.conf.", field);
-    if (facts.resolution.timed_out) {
-        return {problem, "name", fmt::format("No name server answers, asked for {}.", host),
-                check_it};
-    }
-    if (facts.resolution.addresses.empty()) {
-        return {problem, "name", fmt::format("The name {} is not known.", host), check_it};
-    }
-    if (!facts.resolution.was_name) {
-        return {ok, "name", fmt::format("{} is an address.", host), ""};
-    }
-    return {ok, "name", fmt::format("{} is {}.", host, fmt::join(facts.resolution.addresses, ", ")),
-            ""};
-}
-
-Finding port_finding(const ServerFacts& facts, std::string_view field) {
-    const std::string place =
-        fmt::format("port {} of {}", facts.address.port, printable(facts.address.host));
-    switch (*facts.answer) {
-    case PortAnswer::refused:
-        return {problem, "port", fmt::format("Nothing listens at {}.", place),
-                fmt::format("Check {} and the port, and that the server's program runs.", field)};
-    case PortAnswer::unreachable:
-        return {problem, "port", fmt::format("There is no way to {}.", place),
-                "Check the terminal's network: its cable, address and gateway."};
-    case PortAnswer::silent:
-        return {problem, "port", fmt::format("Nothing comes back from {}.", place),
-                "Check that the server is switched on, and that no firewall is in between."};
-    case PortAnswer::answered:
+void add_passwords(Findings& findings, const ConnectionType& type, unsigned id,
+                   const Record& record, const DoctorFacts& facts) {
+    switch (type.number) {
+    case QVTC_TYPE_RDP:
+        return add_rdp_passwords(findings, type, id, record, facts);
+    case QVTC_TYPE_VNC:
+        if (!record[field_index("password")].empty()) findings.push_back(vnc_password_finding(id));
+        return;
+    default:
         break;
     }
-    std::string text = place + " answers.";
-    text.front() = 'P';
-    return {ok, "port", text, ""};
+    if (!contains(fields[field_index("password")].used_by, type)) return;
+    findings.push_back(password_finding(type, id, record, "password", "--password"));
 }
 
-std::string until(const Certificate& certificate) {
-    return certificate.expires.empty() ? "" : ", valid until " + printable(certificate.expires);
+// ------------------------------------------------------------------ the way to the server
+
+void append(Findings& findings, const Findings& more) {
+    findings.insert(findings.end(), more.begin(), more.end());
 }
 
-Finding certificate_finding(const ServerFacts& facts, std::time_t now) {
-    if (!facts.certificate) {
-        return {problem, "certificate",
-                fmt::format("Port {} of {} does not speak TLS.", facts.address.port,
-                            printable(facts.address.host)),
-                "Check the port, or ask who runs the server."};
-    }
-    const Certificate& certificate = *facts.certificate;
-    const std::string subject = printable(certificate.subject);
-    if (certificate.expires_at && *certificate.expires_at < now) {
-        return {problem, "certificate",
-                fmt::format("That of {} has expired: {}.", subject, printable(certificate.expires)),
-                "Ask who runs the server to renew it, and check the terminal's clock."};
-    }
-    if (certificate.fault != 0) {
-        return {warning, "certificate",
-                fmt::format("That of {}{} is not trusted: {}.", subject, until(certificate),
-                            printable(certificate.fault_text)),
-                "Install the certificate of the authority that issued it on the terminal's image, "
-                "and use the name that it was issued for."};
-    }
-    if (certificate.expires_at && *certificate.expires_at < now + expires_soon) {
-        return {warning, "certificate",
-                fmt::format("That of {} expires in {} days: {}.", subject,
-                            (*certificate.expires_at - now) / day, printable(certificate.expires)),
-                "Ask who runs the server to renew it."};
-    }
-    return {ok, "certificate", fmt::format("That of {}{}.", subject, until(certificate)), ""};
-}
-
-void add_server(Findings& findings, const ServerFacts& facts, std::string_view field,
-                std::time_t now) {
-    findings.push_back(name_finding(facts, field));
-    if (facts.resolution.addresses.empty()) return;
-    if (!facts.answer) {
-        findings.push_back({ok, "port", "Not tried: no port is known for this type.", ""});
-        return;
-    }
-    findings.push_back(port_finding(facts, field));
-    if (!facts.address.tls || *facts.answer != PortAnswer::answered) return;
-    if (facts.certificate_looked_for) {
-        findings.push_back(certificate_finding(facts, now));
-    } else {
-        findings.push_back({ok, "certificate", "Not looked at: openssl is not installed.", ""});
+void add_servers(Findings& findings, const ConnectionType& type, unsigned id, const Record& record,
+                 const DoctorFacts& facts) {
+    if (facts.gateway) {
+        append(findings,
+               findings_on_server({type, id, "rdGatewayAddress", facts.now}, *facts.gateway));
+        findings.push_back(
+            {ok, "server", "The gateway connects to it; from here it was not looked at.", ""});
+    } else if (facts.server) {
+        append(findings, findings_on_server({type, id, "serverAddress", facts.now}, *facts.server));
+    } else if (!record.address().empty()) {
+        findings.push_back({ok, "name", "The address names no server.", ""});
     }
 }
 
@@ -202,6 +169,20 @@ Finding client_finding(const ConnectionType& type, const DoctorFacts& facts) {
     }
     return {problem, "client", fmt::format("{} is not installed.", type.process),
             "Install it on the terminal's image."};
+}
+
+Finding storage_finding(const DoctorFacts& facts) {
+    if (!facts.storage_fault) return {ok, "storage", "Settings and logs can be written.", ""};
+    return {problem, "storage",
+            fmt::format("Nothing can be written in {}: {}.", storage_folder, *facts.storage_fault),
+            "Free some space, or have the disk mounted writable."};
+}
+
+void add_last_failure(Findings& findings, const DoctorFacts& facts) {
+    if (!facts.last_failure) return;
+    findings.push_back({warning, "last launch",
+                        fmt::format("It failed. {}", facts.last_failure->means),
+                        facts.last_failure->advice});
 }
 
 Finding screen_finding(const DoctorFacts& facts) {
@@ -240,39 +221,24 @@ void add_markers(Findings& findings, const ConnectionType& type, const Record& r
 
 } // namespace
 
-std::string_view name_of(Health health) {
-    switch (health) {
-    case ok:
-        return "ok";
-    case warning:
-        return "warning";
-    case problem:
-        return "problem";
-    }
-    return "";
-}
-
-std::vector<Finding> findings_on(const ConnectionType& type, unsigned id, const Record& record,
-                                 const DoctorFacts& facts) {
+Findings findings_on(const ConnectionType& type, unsigned id, const Record& record,
+                     const DoctorFacts& facts) {
     Findings findings;
     findings.push_back(settings_finding(type, id, record));
     add_advice(findings, type, id, record);
-    add_passwords(findings, type, id, record);
-    if (facts.gateway) add_server(findings, *facts.gateway, "rdGatewayAddress", facts.now);
-    if (facts.server) {
-        add_server(findings, *facts.server, "serverAddress", facts.now);
-    } else if (!record.address().empty()) {
-        findings.push_back({ok, "name", "The address names no server.", ""});
-    }
+    add_passwords(findings, type, id, record, facts);
+    add_servers(findings, type, id, record, facts);
+    findings.push_back(storage_finding(facts));
     findings.push_back(client_finding(type, facts));
     if (!can_be_launched(type)) return findings;
     findings.push_back(screen_finding(facts));
     findings.push_back(sound_finding(type, record, facts));
     add_markers(findings, type, record, facts);
+    add_last_failure(findings, facts);
     return findings;
 }
 
-Health worst_of(const std::vector<Finding>& findings) {
+Health worst_of(const Findings& findings) {
     Health worst = ok;
     for (const Finding& finding : findings) worst = std::max(worst, finding.health);
     return worst;

@@ -24,8 +24,8 @@ struct ExitCodeRow {
 
 // clang-format off
 inline constexpr std::array<ExitCodeRow, 7> exit_codes{{
-    {ExitCode::done,              "done",              "Done. For launch --wait and status: connected."},
-    {ExitCode::not_done,          "not-done",          "The terminal did not do it, although what was asked is sound."},
+    {ExitCode::done,              "done",              "Done. For launch --wait and status: connected, or connected to an RDP server that asks for the logon itself."},
+    {ExitCode::not_done,          "not-done",          "The request was valid but could not be carried out."},
     {ExitCode::bad_usage,         "bad-usage",         "Bad usage, or a value that was refused. Nothing was changed."},
     {ExitCode::not_found,         "not-found",         "There is no such connection. Nothing was changed."},
     {ExitCode::connection_failed, "connection-failed", "The connection failed. For status also: its client is not running. For doctor: there is a problem."},

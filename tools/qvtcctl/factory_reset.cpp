@@ -3,20 +3,25 @@
 #include "qvtcctl/console.hpp"
 #include "qvtcctl/device.hpp"
 #include "qvtcctl/json.hpp"
+#include "qvtcctl/stored_setting.hpp"
 #include "qvtcctl/table.hpp"
+#include "qvtcctl/terminal.hpp"
+#include "qvtcctl/text.hpp"
 #include "qvtcctl/time_verbs.hpp"
 
+#include <filesystem>
 #include <memory>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <qvtcapi/factory_defaults.h>
 #include <qvtcapi/qvtcapi.h>
 
 namespace qvtc::qvtcctl {
 namespace {
 
-/// The connections that a reset forgets: it does not touch VNC's.
+/// The connections that a reset removes: it does not touch VNC's.
 bool goes(const ConnectionType& type) { return type.number != QVTC_TYPE_VNC; }
 
 std::size_t count_of(const Device& device, bool going) {
@@ -42,17 +47,80 @@ std::string defaults_text() {
     return layout(rows);
 }
 
-/// What a reset does to this terminal.
-std::string plan_text(const Device& device) {
-    return fmt::format(
-        "A factory reset of this terminal\n"
-        "  - forgets {} stored connections (the {} VNC connections stay);\n"
-        "  - removes the manager password and the wireless networks, deletes logs;\n"
-        "  - lets both wired ports ask DHCP, shows the same on all screens, sets the sound up;\n"
-        "  - keeps the stored wired addressing, the default route, date and time;\n"
-        "  - restarts the terminal;\n"
-        "  - writes these settings:\n\n{}\n",
-        count_of(device, true), count_of(device, false), defaults_text());
+std::string count_text(std::size_t count, std::string_view kind) {
+    return fmt::format("{} {}connection{}", count, kind, count == 1 ? "" : "s");
+}
+
+std::string connections_line(const Device& device) {
+    const std::size_t going = count_of(device, true);
+    const std::size_t staying = count_of(device, false);
+    if (going == 0 && staying == 0) return "";
+    if (going == 0) return fmt::format("keeps {}", count_text(staying, "VNC "));
+    if (staying == 0) return fmt::format("removes {}", count_text(going, "stored "));
+    return fmt::format("removes {} (keeps {})", count_text(going, "stored "),
+                       count_text(staying, "VNC "));
+}
+
+bool has_manager_password(Chatter chatter) {
+    const Quiet quiet(chatter);
+    const Json answer(qvgetmgrpwd());
+    return answer && !text_member(answer.get(), "password").empty();
+}
+
+bool has_wifi(Chatter chatter) {
+    const Quiet quiet(chatter);
+    const Json answer(qvgetwifi());
+    return answer && text_member(answer.get(), "status") == "1";
+}
+
+std::string wired_line() {
+    std::vector<std::string> ports;
+    for (const char* const port : {"eth0", "eth1"}) {
+        if (std::filesystem::exists(std::string("/sys/class/net/") + port))
+            ports.emplace_back(port);
+    }
+    return ports.empty() ? "" : fmt::format("sets {} to DHCP", fmt::join(ports, " and "));
+}
+
+std::string host_name_line(Chatter chatter) {
+    // An identity of one character names nothing, as the reset has it.
+    const std::string identity = stored_setting(setting_key::device_identity, chatter);
+    return identity.size() > 1 ? "sets the host name to TC" + printable(identity) : "";
+}
+
+std::string kept_line(Chatter chatter) {
+    std::vector<std::string> kept;
+    const auto keep = [&](const char* key, const char* meaning) {
+        if (!stored_setting(key, chatter).empty()) kept.emplace_back(meaning);
+    };
+    keep(setting_key::main_port, "the stored addresses of eth0");
+    keep(setting_key::extra_port, "the stored addresses of eth1");
+    keep(setting_key::default_route, "the default route");
+    keep(setting_key::date_and_time, "time zone and time server");
+    return kept.empty() ? "" : fmt::format("keeps {}", fmt::join(kept, ", "));
+}
+
+/// What a reset does to this terminal: nothing of what it has not.
+std::string plan_text(const Device& device, Chatter chatter) {
+    std::vector<std::string> lines{connections_line(device)};
+    if (has_manager_password(chatter)) lines.emplace_back("removes the manager password");
+    if (has_wifi(chatter)) lines.emplace_back("forgets the wireless networks that were joined");
+    lines.push_back(wired_line());
+    lines.push_back(host_name_line(chatter));
+    lines.emplace_back("deletes the logs in /home/root and /root");
+    lines.emplace_back("mirrors all screens and sets up the sound");
+    lines.push_back(kept_line(chatter));
+    lines.emplace_back("writes the settings below");
+    std::erase(lines, "");
+    std::string text = "A factory reset of this terminal\n";
+    for (const std::string& line : lines) text += fmt::format("  - {};\n", line);
+    return text + fmt::format("  - restarts the terminal.\n\n{}\n", defaults_text());
+}
+
+void require_reset(const Device& device, const LogMark& log) {
+    if (count_of(device, true) == 0 && device.connect_delay() == qvtc_factory_defaults[0].value)
+        return;
+    throw not_taken("the terminal restarts, but its factory settings were not stored", log);
 }
 
 Json plan_json(const Device& device) {
@@ -80,17 +148,19 @@ Run define_factory_reset(CLI::App& app) {
         const Device device(context.chatter());
         Answer answer;
         answer.json = plan_json(device);
-        const std::string plan = plan_text(device);
+        const std::string plan = plan_text(device, context.chatter());
         if (options->plan) {
             answer.text = plan;
             return answer;
         }
         if (!context.json) write_out(plan);
         require_consent(options->yes, "This cannot be undone.");
+        const LogMark log{std::string(system_log)};
         Progress progress(!context.json);
         run_in_child([] { return qvresetsysconf(); }, context.chatter(),
                      [&](long seconds) { progress.show("Resetting", seconds); });
         progress.clear();
+        require_reset(device, log);
         answer.text = "The terminal has its factory settings and restarts.\n";
         return answer;
     };

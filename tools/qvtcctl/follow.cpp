@@ -1,14 +1,15 @@
 #include "qvtcctl/follow.hpp"
 
-#include "qvtcctl/client_status_file.hpp"
+#include "qvtcctl/client_words.hpp"
 #include "qvtcctl/installed.hpp"
-#include "qvtcctl/processes.hpp"
 #include "qvtcctl/system_log.hpp"
 
 #include <algorithm>
+#include <charconv>
 #include <thread>
 
 #include <fmt/format.h>
+#include <sys/stat.h>
 
 namespace qvtc::qvtcctl {
 namespace {
@@ -19,45 +20,57 @@ using Clock = std::chrono::steady_clock;
 constexpr auto between_looks = 500ms;
 constexpr std::uintmax_t log_limit = 128UL * 1024;
 
+bool is_rdp(const ConnectionType& type) { return type.number == QVTC_TYPE_RDP; }
+bool is_web(const ConnectionType& type) { return type.number == QVTC_TYPE_WEB; }
+
+std::vector<Process> without(std::vector<Process> clients, const std::vector<Process>& others) {
+    std::erase_if(clients, [&](const Process& client) {
+        return std::any_of(others.begin(), others.end(),
+                           [&](const Process& other) { return other.pid == client.pid; });
+    });
+    return clients;
+}
+
 /// What a launch is compared with afterwards.
 struct BeforeLaunch {
     explicit BeforeLaunch(const ConnectionType& type)
-        : client_log(std::string(type.log)), library_log(std::string(system_log)),
-          start(Clock::now()) {}
+        : clients(running_clients(type)), client_log(std::string(type.log)),
+          library_log(std::string(system_log)), start(Clock::now()) {}
 
-    ClientStatusFile status_file;
+    std::vector<Process> clients;
     LogMark client_log;
     LogMark library_log;
     Clock::time_point start;
 };
 
-/// The RDP launcher begins its log anew; the others add to theirs, and VNC's has no start marks.
+/// The RDP launcher begins its log anew; the others add to theirs. A client of the kind that still
+/// runs may write there too.
 std::string words_since_launch(const ConnectionType& type, const BeforeLaunch& before) {
     if (type.log.empty()) return "";
-    const std::string log = type.number == QVTC_TYPE_RDP
-                                ? file_tail(std::string(type.log), log_limit)
-                                : before.client_log.added();
-    return std::string(since_last_start(log));
+    const std::string log =
+        is_rdp(type) ? file_tail(std::string(type.log), log_limit) : before.client_log.added();
+    return without_words_of(is_web(type) ? std::vector<Process>() : before.clients,
+                            since_last_start(log));
 }
 
-/// SPICE's viewer, when it has been asked to tell what it does.
-bool viewer_talks(const ConnectionType& type, std::string_view log) {
-    return type.number == QVTC_TYPE_SPICE &&
-           log.find("virt-viewer-DEBUG") != std::string_view::npos;
+/// The clients that may serve the launch. A browser that ran before shows the new page itself, so
+/// it counts too.
+std::vector<Process> launched_clients(const ConnectionType& type, const BeforeLaunch& before) {
+    const std::vector<Process> running = running_clients(type);
+    return is_web(type) ? running : without(running, before.clients);
 }
 
-Look look_at(const Device& device, const ConnectionType& type, unsigned id,
-             const BeforeLaunch& before) {
+Look look_at(const Device& device, const ConnectionType& type, const Record& record,
+             const std::vector<Process>& clients, std::string_view words) {
     Look look;
-    look.status = device.client_status(id);
-    look.client_runs = !running_processes(type.process).empty();
+    look.client_runs = !clients.empty();
     if (look.client_runs) look.window = look_for_window(type.window);
-    look.verdict = before.status_file.new_verdict();
-    const std::string words = words_since_launch(type, before);
-    look.log_names_failure = names_failure(type, words);
-    look.client_talks = viewer_talks(type, words);
-    look.since_launch =
-        std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - before.start);
+    if (is_rdp(type)) {
+        const std::string status = device.client_status(record.id().value_or(0));
+        look.library_tells_failure = !reason_of(status).empty();
+    } else {
+        look.said = said_in(type, words_about(type, record, words), asked_to_talk(type, clients));
+    }
     return look;
 }
 
@@ -76,20 +89,65 @@ Explanation explain_given_up(const ConnectionType& type, unsigned id,
     return told;
 }
 
-/// Why a client of which the terminal has seen no window has failed.
-Explanation without_window(const ConnectionType& type, unsigned id, std::string_view log,
-                           Explanation told) {
-    if (told.known) return told;
-    if (is_installed(type.process)) return explain_missing_window(type, id, log);
+/// Why a client has failed, from its words since its start.
+Explanation explain_words(const Device& device, const ConnectionType& type, const Record& record,
+                          const std::string& words) {
+    const unsigned id = record.id().value_or(0);
+    const std::string reason = is_rdp(type) ? reason_of(device.client_status(id)) : "";
+    const Route route = route_of(type, record);
+    Explanation told = explain(type, id, words_about(type, record, words), reason, route);
+    if (!told.known) told = explain(type, id, words, reason, route);
+    if (told.known || is_installed(type.process)) return told;
     return explain(type, id, "", "command not found"); // as its shell would say
 }
 
-Explanation explain_launch(const ConnectionType& type, unsigned id, const Look& look,
-                           const BeforeLaunch& before) {
-    const std::string words = words_since_launch(type, before);
-    Explanation told = explain(type, id, words, reason_of(look.status));
-    if (look.verdict != WatcherVerdict::failed) return told;
-    return without_window(type, id, words, std::move(told));
+/// Whether a client of which nobody has watched the start can have had a session: one whose last
+/// words came right after its start mark, "[SECONDS]start to connect...", has had none.
+bool can_have_had_session(const ConnectionType& type, std::string_view words) {
+    constexpr std::int64_t shortest_session = 3;
+    std::int64_t start = 0;
+    struct stat log {};
+    if (words.empty() || stat(std::string(type.log).c_str(), &log) != 0) return true;
+    std::from_chars(words.data() + 1, words.data() + words.size(), start);
+    return log.st_mtim.tv_sec - start >= shortest_session;
+}
+
+/// Those of the clients that serve the connection. A browser that runs already takes every further
+/// page, so that its arguments are those of the first one.
+std::vector<Process> clients_of(const ConnectionType& type, const Record& record,
+                                std::vector<Process> clients, std::optional<unsigned> last) {
+    if (is_web(type) && last) {
+        if (last != record.id()) clients.clear();
+        return clients;
+    }
+    std::erase_if(clients, [&](const Process& client) { return !serves(client, type, record); });
+    return clients;
+}
+
+/// How a connection stands. Where a session of it has been seen, its end is no failed beginning.
+Standing look_for_standing(const Device& device, const ConnectionType& type, const Record& record,
+                           bool session_seen) {
+    const std::vector<Process> all = running_clients(type);
+    const std::optional<unsigned> last = last_launched(type);
+    const std::vector<Process> clients = clients_of(type, record, all, last);
+    const std::vector<Process> others = without(all, clients);
+    // All clients of a kind write into one log, where only the last launch's words can be told
+    // from those before.
+    const bool own_words = last ? last == record.id() : !clients.empty();
+    const std::string log = type.log.empty() ? "" : file_tail(std::string(type.log), log_limit);
+    const std::string words =
+        own_words ? without_words_of(others, since_last_start(log)) : std::string();
+    const Look look = look_at(device, type, record, clients, words);
+    Standing standing;
+    standing.state = state_of(look);
+    standing.window = look.window;
+    standing.other_runs = !others.empty();
+    if (!own_words) return standing;
+    standing.last_words = explain_words(device, type, record, words);
+    if (!session_seen && !can_have_had_session(type, words)) {
+        standing.last_words = never_began(std::move(standing.last_words));
+    }
+    return standing;
 }
 
 } // namespace
@@ -106,21 +164,27 @@ LaunchOutcome launch_and_follow(const Device& device, const ConnectionType& type
     show(State::starting, 0ms);
     const BeforeLaunch before(type);
     device.launch(id);
-    LaunchJudge judge(type);
+    LaunchJudge judge;
     LaunchOutcome outcome;
     if (const std::string complaint = why_given_up(before); !complaint.empty()) {
         outcome.state = State::failed;
         outcome.explanation = explain_given_up(type, id, complaint);
         return outcome;
     }
+    bool window_seen = false;
     while (true) {
-        const Look look = look_at(device, type, id, before);
+        const std::string words = words_since_launch(type, before);
+        Look look = look_at(device, type, record, launched_clients(type, before), words);
+        look.since_launch =
+            std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - before.start);
+        window_seen = window_seen || look.window == Sight::seen;
         outcome.state = judge.judge(look);
         outcome.window = look.window;
         outcome.took = look.since_launch;
         if (outcome.state == State::connected) return outcome;
         if (outcome.state == State::failed) {
-            outcome.explanation = explain_launch(type, id, look, before);
+            outcome.explanation = explain_words(device, type, record, words);
+            if (!window_seen) outcome.explanation = never_began(std::move(outcome.explanation));
             return outcome;
         }
         outcome.timed_out = look.since_launch >= timeout;
@@ -130,39 +194,21 @@ LaunchOutcome launch_and_follow(const Device& device, const ConnectionType& type
     }
 }
 
+std::vector<Process> clients_of(const ConnectionType& type, const Record& record) {
+    return clients_of(type, record, running_clients(type), last_launched(type));
+}
+
 Standing standing_of(const Device& device, const ConnectionType& type, const Record& record) {
-    const unsigned id = record.id().value_or(0);
-    const std::vector<Process> clients = running_processes(type.process);
-    const bool ours = std::any_of(clients.begin(), clients.end(), [&](const Process& client) {
-        return serves(client, type, record);
-    });
-    Look look;
-    look.status = device.client_status(id);
-    look.client_runs = ours;
-    if (ours) look.window = look_for_window(type.window);
-    look.verdict = ClientStatusFile::verdict();
-    const std::string log = type.log.empty() ? "" : file_tail(std::string(type.log), log_limit);
-    if (type.number == QVTC_TYPE_SPICE) { // of the others' logs it is not known where they begin
-        look.log_names_failure = names_failure(type, since_last_start(log));
-        look.client_talks = viewer_talks(type, since_last_start(log));
-    }
-    Standing standing;
-    standing.state = state_of(type, look);
-    standing.window = look.window;
-    standing.other_runs = !ours && !clients.empty();
-    standing.last_words = explain(type, id, since_last_start(log), reason_of(look.status));
-    if (look.verdict == WatcherVerdict::failed) {
-        standing.last_words =
-            without_window(type, id, since_last_start(log), std::move(standing.last_words));
-    }
-    return standing;
+    return look_for_standing(device, type, record, false);
 }
 
 Standing follow_standing(const Device& device, const ConnectionType& type, const Record& record,
                          const std::function<void(const Standing&)>& tell) {
     std::optional<State> told;
+    bool session_seen = false;
     while (true) {
-        Standing standing = standing_of(device, type, record);
+        Standing standing = look_for_standing(device, type, record, session_seen);
+        session_seen = session_seen || standing.state == State::connected;
         if (standing.state != told) tell(standing);
         told = standing.state;
         if (*told == State::failed || *told == State::not_running) return standing;

@@ -3,6 +3,7 @@
 #include "qvtcctl/client_log.hpp"
 #include "qvtcctl/console.hpp"
 #include "qvtcctl/device.hpp"
+#include "qvtcctl/logon.hpp"
 #include "qvtcctl/outcome.hpp"
 
 #include <chrono>
@@ -25,12 +26,16 @@ LaunchOutcome launch_and_follow(const Device& device, const ConnectionType& type
                                 const Record& record, std::chrono::seconds timeout,
                                 Progress& progress);
 
+/// The running clients that serve the connection.
+std::vector<Process> clients_of(const ConnectionType& type, const Record& record);
+
 /// How a connection stands at this moment.
 struct Standing {
     State state = State::not_running;
-    bool other_runs = false;       ///< a client of this kind runs, but for another connection
+    bool other_runs = false;       ///< a client of this kind runs for another connection
     Sight window = Sight::unknown; ///< looked for only while the client runs
-    Explanation last_words;        ///< why it failed, or what the last client of its kind said
+    Logon logon = Logon::unknown;  ///< asked for only when it is shown
+    Explanation last_words; ///< of its last launch; empty when another one of its kind was later
 };
 Standing standing_of(const Device& device, const ConnectionType& type, const Record& record);
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "qvtcctl/input_file.hpp"
+
 #include <cstdint>
 #include <string>
 
@@ -10,20 +12,16 @@ class FollowedFile {
   public:
     /// Begins with the last "tail" bytes of what is there; a missing file is waited for.
     FollowedFile(std::string path, std::uintmax_t tail);
-    ~FollowedFile();
-    FollowedFile(const FollowedFile&) = delete;
-    FollowedFile& operator=(const FollowedFile&) = delete;
 
     /// The whole lines that have been added since the last call, with their newlines.
     std::string lines();
 
   private:
     bool is_current() const;
-    void open_current();
     void read_rest();
 
     std::string path_;
-    int descriptor_ = -1;
+    InputFile file_;
     std::string pending_; ///< what has been read and not yet been handed out
 };
 

@@ -2,6 +2,7 @@
 
 #include "qvtcctl/quiet.hpp"
 #include "qvtcctl/refusal.hpp"
+#include "qvtcctl/stored_setting.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/terminal_verbs.hpp"
 #include "qvtcctl/text.hpp"
@@ -18,6 +19,7 @@ namespace qvtc::qvtcctl {
 namespace {
 
 constexpr std::size_t longest_name = 63;
+constexpr const char* host_name_file = "/etc/hostname";
 
 bool is_letter_or_digit(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
@@ -30,8 +32,7 @@ std::string fault_in_label(std::string_view label) {
     const bool plain = std::all_of(label.begin(), label.end(),
                                    [](char c) { return is_letter_or_digit(c) || c == '-'; });
     if (plain) return "";
-    return "holds a character that no host name has. Write letters of the English alphabet, digits "
-           "and hyphens.";
+    return "may contain only a-z, A-Z, 0-9, hyphens and dots.";
 }
 
 std::string host_name_now(Chatter chatter) {
@@ -50,7 +51,20 @@ void set_host_name(const std::string& name, Chatter chatter) {
     if (host_name_now(chatter) != name) throw not_taken("the host name was not stored", log);
 }
 
+/// Whether that name is stored, and the system takes it at its next start.
+bool is_set_to(const std::string& name, Chatter chatter) {
+    return host_name_now(chatter) == name &&
+           file_tail(host_name_file, name.size() + 2) == name + "\n";
+}
+
 } // namespace
+
+std::string stored_host_name(Chatter chatter) {
+    // Without a name the library makes one of the identity, and without that one up.
+    const bool known = !stored_setting(setting_key::host_name, chatter).empty() ||
+                       !stored_setting(setting_key::device_identity, chatter).empty();
+    return known ? host_name_now(chatter) : "";
+}
 
 std::string fault_in_host_name(std::string_view name) {
     if (name.empty()) return "is empty. Give at least one letter or digit.";
@@ -78,13 +92,17 @@ Run define_host_name(CLI::App& app) {
             }
         }
         require_terminal();
-        if (set) set_host_name(*name, context.chatter());
-        const std::string now = host_name_now(context.chatter());
+        const bool changes = set && !is_set_to(*name, context.chatter());
+        if (changes) set_host_name(*name, context.chatter());
+        const std::string now = stored_host_name(context.chatter());
         Answer answer;
-        answer.text = set ? fmt::format("The host name is {} from the next start on.\n", now)
-                          : fmt::format("{}\n", printable(now));
+        answer.text = changes ? fmt::format("The host name is {} from the next start on.\n", now)
+                      : set   ? fmt::format("Unchanged: the host name is {}.\n", now)
+                      : now.empty() ? "No host name is set.\n"
+                                    : fmt::format("{}\n", printable(now));
         answer.json = json_map();
-        add(answer.json, "hostName", now);
+        add(answer.json, "hostName", now.empty() ? Json() : json_text(now));
+        if (set) add_flag(answer.json, "changed", changes);
         return answer;
     };
 }

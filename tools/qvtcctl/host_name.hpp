@@ -1,5 +1,7 @@
 #pragma once
 
+#include "qvtcctl/quiet.hpp"
+
 #include <string>
 #include <string_view>
 
@@ -10,5 +12,8 @@ namespace qvtc::qvtcctl {
 /// inner hyphens, at most 63 bytes each, joined by dots, at most 63 bytes in all so that the
 /// system takes it.
 std::string fault_in_host_name(std::string_view name);
+
+/// The terminal's name; empty when neither a name nor an identity to make one of is stored.
+std::string stored_host_name(Chatter chatter);
 
 } // namespace qvtc::qvtcctl

@@ -1,6 +1,44 @@
 #include "qvtcctl/json.hpp"
 
+#include "qvtcctl/text.hpp"
+
+#include <fmt/format.h>
+
 namespace qvtc::qvtcctl {
+namespace {
+
+std::string escape_of(char32_t code) {
+    if (code < 0x10000) return fmt::format("\\u{:04x}", static_cast<unsigned>(code));
+    const auto above = static_cast<unsigned>(code) - 0x10000U;
+    return fmt::format("\\u{:04x}\\u{:04x}", 0xD800U + (above >> 10U), 0xDC00U + (above & 0x3FFU));
+}
+
+/// JSON text as json-c writes it, made UTF-8 that is safe to show. Characters that a tty acts upon,
+/// or that hide, are escaped, which keeps the value; bytes that are not UTF-8, such as another
+/// network's name may have, become U+FFFD. All of these stand within texts only.
+std::string made_safe(std::string_view json) {
+    constexpr std::string_view replacement = "\xEF\xBF\xBD";
+    std::string result;
+    while (!json.empty()) {
+        const std::optional<Utf8Character> next = first_character(json);
+        const std::size_t bytes = next ? next->bytes : 1;
+        if (!next) {
+            result += replacement;
+        } else if (next->code >= 0x7F && (is_control(next->code) || is_invisible(next->code))) {
+            result += escape_of(next->code);
+        } else {
+            result += json.substr(0, bytes);
+        }
+        json.remove_prefix(bytes);
+    }
+    return result;
+}
+
+std::string written(const Json& value, int layout) {
+    return made_safe(json_object_to_json_string_ext(value.get(), layout)) + "\n";
+}
+
+} // namespace
 
 Json json_map() { return Json(json_object_new_object()); }
 
@@ -37,14 +75,12 @@ std::string text_member(json_object* map, const char* key) {
 }
 
 std::string to_text(const Json& value) {
-    constexpr int layout =
-        JSON_C_TO_STRING_PRETTY | JSON_C_TO_STRING_SPACED | JSON_C_TO_STRING_NOSLASHESCAPE;
-    return std::string(json_object_to_json_string_ext(value.get(), layout)) + "\n";
+    return written(value, JSON_C_TO_STRING_PRETTY | JSON_C_TO_STRING_SPACED |
+                              JSON_C_TO_STRING_NOSLASHESCAPE);
 }
 
 std::string to_line(const Json& value) {
-    constexpr int layout = JSON_C_TO_STRING_SPACED | JSON_C_TO_STRING_NOSLASHESCAPE;
-    return std::string(json_object_to_json_string_ext(value.get(), layout)) + "\n";
+    return written(value, JSON_C_TO_STRING_SPACED | JSON_C_TO_STRING_NOSLASHESCAPE);
 }
 
 } // namespace qvtc::qvtcctl

@@ -31,10 +31,11 @@ void append(const Json& list, Json value);
 /// The member's text; empty when there is none.
 std::string text_member(json_object* map, const char* key);
 
-/// Laid out for reading, ending in a newline.
+/// Laid out for reading, ending in a newline. Always valid UTF-8, without characters that a tty
+/// acts upon.
 std::string to_text(const Json& value);
 
-/// On one line, ending in a newline.
+/// The same on one line, ending in a newline.
 std::string to_line(const Json& value);
 
 } // namespace qvtc::qvtcctl

@@ -28,7 +28,7 @@ void require_locale(const std::string& locale) {
     if (locale.size() <= longest_locale && std::regex_match(locale, form)) return;
     throw Refusal(
         ExitCode::bad_usage,
-        fmt::format("language \"{}\" is no locale's name. Write it as en_US.", printable(locale)));
+        fmt::format("\"{}\" is not a locale name. Write it as en_US.", printable(locale)));
 }
 
 /// True when the picture that goes with the language was put in place too.
@@ -56,7 +56,7 @@ Run define_language(CLI::App& app) {
         require_terminal();
         Answer answer;
         if (set && !set_language(*locale, context.chatter()))
-            answer.notes = {"the picture of the terminal's start is locked and stays as it is."};
+            answer.notes = {"the start picture is locked and was not changed."};
         const std::string now = language_now(context.chatter());
         answer.text = set           ? fmt::format("The language is now {}.\n", now)
                       : now.empty() ? "No language is set.\n"

@@ -1,12 +1,11 @@
 #include "qvtcctl/launcher.hpp"
 
-#include "qvtcctl/types.hpp"
+#include "qvtcctl/client_words.hpp"
 
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <iterator>
 #include <thread>
 
 #include <fcntl.h>
@@ -22,8 +21,12 @@ constexpr auto longest_watch = 30s;
 
 bool has_other_threads() {
     std::error_code failed;
-    const std::filesystem::directory_iterator threads("/proc/self/task", failed);
-    return !failed && std::distance(begin(threads), end(threads)) > 1;
+    std::size_t count = 0;
+    std::filesystem::directory_iterator thread("/proc/self/task", failed);
+    for (; !failed && thread != std::filesystem::directory_iterator(); thread.increment(failed)) {
+        ++count;
+    }
+    return count > 1;
 }
 
 void stay_for_the_watcher() {
@@ -43,14 +46,19 @@ void leave_the_terminal() {
     close(nowhere);
 }
 
+void let_client_talk(unsigned id) {
+    const ConnectionType* type = type_of_id(id);
+    const TalkRequest* request = type == nullptr ? nullptr : talk_request(*type);
+    if (request != nullptr) setenv(request->variable, request->value, 0);
+}
+
 [[noreturn]] void launch_and_watch(unsigned id, Chatter chatter, int answer_to) {
     leave_the_terminal();
     char launched = 0;
     {
         // The library starts clients on the screen of its caller, and looks for them on :0.
         setenv("DISPLAY", ":0", 1);
-        // Without it SPICE's viewer keeps to itself what has become of the connection.
-        if (type_of_id(id) == find_type("spice")) setenv("G_MESSAGES_DEBUG", "virt-viewer", 0);
+        let_client_talk(id);
         const Quiet quiet(chatter);
         launched = qvlaunchclient(id) == 0 ? 1 : 0;
     }

@@ -51,9 +51,8 @@ LogLevel require_level(const std::string& name) {
     for (const LevelName& each : levels) {
         if (each.name == name) return each.level;
     }
-    throw Refusal(
-        ExitCode::bad_usage,
-        fmt::format("level \"{}\" is none. Write debug, info or error.", printable(name)));
+    throw Refusal(ExitCode::bad_usage,
+                  fmt::format("unknown level \"{}\": give debug, info or error.", printable(name)));
 }
 
 std::string_view name_of(LogLevel level) { return levels[static_cast<std::size_t>(level)].name; }

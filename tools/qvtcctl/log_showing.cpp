@@ -3,6 +3,7 @@
 #include "qvtcctl/followed_file.hpp"
 #include "qvtcctl/json.hpp"
 #include "qvtcctl/log_lines.hpp"
+#include "qvtcctl/log_passwords.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/system_log.hpp"
 #include "qvtcctl/terminal.hpp"
@@ -29,6 +30,14 @@ struct Options {
     std::string level = "debug";
     std::string lines = std::to_string(default_lines);
     bool follow = false;
+    bool show_passwords = false;
+};
+
+/// Which lines are shown, and how.
+struct View {
+    LogLevel least;
+    std::size_t most;
+    bool show_passwords;
 };
 
 Json json_of(const LogLine& line) {
@@ -40,23 +49,34 @@ Json json_of(const LogLine& line) {
 }
 
 /// Those of a level or above it, at most the last "most".
-std::vector<LogLine> chosen(std::string_view text, LogLevel least, std::size_t most) {
+std::vector<LogLine> chosen(std::string_view text, const View& view) {
     std::vector<LogLine> lines = parse_log(text);
-    std::erase_if(lines, [least](const LogLine& line) { return line.level < least; });
-    if (lines.size() > most) lines.erase(lines.begin(), lines.end() - static_cast<long>(most));
+    std::erase_if(lines, [&](const LogLine& line) { return line.level < view.least; });
+    if (lines.size() > view.most)
+        lines.erase(lines.begin(), lines.end() - static_cast<long>(view.most));
+    if (view.show_passwords) return lines;
+    for (LogLine& line : lines) line.message = without_passwords(line.message);
     return lines;
+}
+
+/// The end of the log without a line that has lost its beginning: nobody could tell that the rest
+/// of it is a password.
+std::string whole_lines(std::string text) {
+    if (text.size() >= bytes_looked_at) text.erase(0, text.find('\n') + 1);
+    return text;
 }
 
 void write_line(const LogLine& line, bool as_json) {
     write_out(as_json ? to_line(json_of(line)) : text_of(line));
 }
 
-/// Writes the last lines, and what is added to the log until a signal ends the program.
-[[noreturn]] void follow(LogLevel least, std::size_t most, bool as_json) {
+/// Writes what is added to the log, until a signal ends the program or nobody takes the output.
+void follow(View view, bool as_json) {
     FollowedFile file(std::string(system_log), bytes_looked_at);
-    for (;;) {
-        for (const LogLine& line : chosen(file.lines(), least, most)) write_line(line, as_json);
-        most = most_lines;
+    while (lost_output().empty()) {
+        for (const LogLine& line : chosen(whole_lines(file.lines()), view))
+            write_line(line, as_json);
+        view.most = most_lines;
         std::this_thread::sleep_for(100ms);
     }
 }
@@ -64,9 +84,8 @@ void write_line(const LogLine& line, bool as_json) {
 unsigned require_count(const std::string& text) {
     const std::optional<unsigned> count = parse_number(text);
     if (count && *count <= most_lines) return *count;
-    throw Refusal(ExitCode::bad_usage,
-                  fmt::format("--lines \"{}\" is no number of lines from 0 to {}.", printable(text),
-                              most_lines));
+    throw Refusal(ExitCode::bad_usage, fmt::format("--lines \"{}\" must be a number from 0 to {}.",
+                                                   printable(text), most_lines));
 }
 
 } // namespace
@@ -80,21 +99,26 @@ Run define_log(CLI::App& app) {
     app.add_option("--lines", options->lines,
                    fmt::format("how many of the last lines (default: {})", default_lines))
         ->option_text("N");
-    app.add_flag("--follow", options->follow, "go on with what is added, until Ctrl+C");
+    app.add_flag("--follow", options->follow, "keep showing what is added, until Ctrl+C");
+    app.add_flag("--show-passwords", options->show_passwords,
+                 "show the passwords of client command lines");
     return [options](const Context& context) {
-        const LogLevel least = require_level(options->level);
-        const unsigned most = require_count(options->lines);
+        const View view{require_level(options->level), require_count(options->lines),
+                        options->show_passwords};
         require_terminal();
-        if (options->follow) follow(least, most, context.json);
         const std::vector<LogLine> lines =
-            chosen(file_tail(std::string(system_log), bytes_looked_at), least, most);
+            chosen(whole_lines(file_tail(std::string(system_log), bytes_looked_at)), view);
+        if (options->follow) {
+            follow(view, context.json);
+            return Answer{};
+        }
         Answer answer;
         Json list = json_list();
         for (const LogLine& line : lines) {
             answer.text += text_of(line);
             append(list, json_of(line));
         }
-        if (lines.empty()) answer.text = "The log has no such lines.\n";
+        if (lines.empty()) answer.text = "There are no such lines in the log.\n";
         answer.json = json_map();
         add(answer.json, "lines", std::move(list));
         return answer;

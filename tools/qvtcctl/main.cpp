@@ -1,6 +1,8 @@
 #include "qvtcctl/command_line.hpp"
 #include "qvtcctl/console.hpp"
 #include "qvtcctl/refusal.hpp"
+#include "qvtcctl/settings_document.hpp"
+#include "qvtcctl/text.hpp"
 
 #include <algorithm>
 
@@ -13,10 +15,16 @@ namespace {
 constexpr std::string_view completion_word = "complete";
 
 void print(const Answer& answer, const Context& context) {
-    write_out(context.json && answer.json ? to_text(answer.json) : answer.text);
+    if (context.json && answer.json) {
+        write_out(to_text(answer.json));
+        return;
+    }
+    write_out(printable_lines(answer.text));
     if (context.json) return;
-    for (const std::string& note : answer.notes) write_error(fmt::format("Note: {}\n", note));
-    if (!answer.error.empty()) write_error(fmt::format("qvtcctl: {}", answer.error));
+    for (const std::string& note : answer.notes)
+        write_error(printable_lines(fmt::format("Note: {}\n", note)));
+    if (!answer.error.empty())
+        write_error(printable_lines(fmt::format("qvtcctl: {}", answer.error)));
 }
 
 void print_refusal(const Refusal& refusal, bool as_json, const std::string& help_pointer) {
@@ -29,7 +37,7 @@ void print_refusal(const Refusal& refusal, bool as_json, const std::string& help
         write_out(to_text(document));
         return;
     }
-    write_error(fmt::format("qvtcctl: {}\n{}", refusal.what(), help_pointer));
+    write_error(printable_lines(fmt::format("qvtcctl: {}\n{}", refusal.what(), help_pointer)));
 }
 
 int print_completions(const CommandLine& line, const std::vector<std::string>& words) {
@@ -37,12 +45,25 @@ int print_completions(const CommandLine& line, const std::vector<std::string>& w
     return 0;
 }
 
+/// Runs the verb, and lets no verb take settings that cannot be read for settings that are unset.
+Answer answer_of(const CommandLine::Call& call) {
+    const std::optional<DocumentFault> before = fault_in_settings_document();
+    if (before && !before->partly && call.settings == Settings::needed)
+        throw Refusal(ExitCode::not_done, before->message);
+    Answer answer = call.run(call.context);
+    // A change may have mended the document, but what was lost before stays lost.
+    const bool lost = before && before->partly;
+    if (const auto now = lost ? before : fault_in_settings_document())
+        answer.add_note(now->message);
+    return answer;
+}
+
 int run(CommandLine& line, const std::vector<std::string>& words) {
     // A wrong command line is reported in JSON as well, so this must be known before it is read.
     const bool as_json = std::find(words.begin(), words.end(), "--json") != words.end();
     try {
         const CommandLine::Call call = line.parse(words);
-        const Answer answer = call.run(call.context);
+        const Answer answer = answer_of(call);
         print(answer, call.context);
         return static_cast<int>(answer.code);
     } catch (const CLI::CallForHelp&) {
@@ -60,14 +81,24 @@ int run(CommandLine& line, const std::vector<std::string>& words) {
     }
 }
 
+/// An answer that nobody received is a failure: a backup that was cut short must not look good.
+int unless_output_was_lost(int status) {
+    const std::string reason = lost_output();
+    if (reason.empty()) return status;
+    write_error(fmt::format("qvtcctl: standard output could not be written: {}.\n", reason));
+    return status == 0 ? static_cast<int>(ExitCode::not_done) : status;
+}
+
 int guarded_main(int argc, char** argv) {
     try {
+        hold_standard_descriptors();
         const std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
         CommandLine line;
         if (!words.empty() && words.front() == completion_word) {
-            return print_completions(line, {words.begin() + 1, words.end()});
+            return unless_output_was_lost(
+                print_completions(line, {words.begin() + 1, words.end()}));
         }
-        return run(line, words);
+        return unless_output_was_lost(run(line, words));
     } catch (const std::exception& error) {
         write_error(fmt::format("qvtcctl: {}\n", error.what()));
         return static_cast<int>(ExitCode::not_done);

@@ -34,15 +34,15 @@ std::string password_now(Chatter chatter) {
 /// Refuses what the parameter string or the document would change, without showing it.
 void require_carried(const std::string& password) {
     std::string fault;
-    if (password.empty()) fault = "is empty. To have none, use --remove";
+    if (password.empty()) fault = "is empty. To remove it, use --remove";
     if (password.size() > longest_password)
         fault = fmt::format("has more than {} bytes", longest_password);
     if (password.find_first_of("&=%|") != std::string::npos)
-        fault = "holds one of the characters & = % |, which a setting cannot carry";
+        fault = "contains one of the characters & = % |, which cannot be stored";
     if (!is_utf8(password)) fault = "is not UTF-8 text";
     for (const char c : password) {
         if (is_control(static_cast<unsigned char>(c)) && static_cast<unsigned char>(c) < 0x80)
-            fault = "holds a control character";
+            fault = "contains a control character";
     }
     if (!fault.empty())
         throw Refusal(ExitCode::bad_usage,
@@ -62,7 +62,7 @@ void set_password(const std::string& password, Chatter chatter) {
 /// Changes the password if an option asks for it; what was done.
 std::string changed(const Options& options, Chatter chatter) {
     if (options.ask + options.read + options.remove > 1)
-        throw UsageError("--password, --password-stdin and --remove exclude each other.");
+        throw UsageError("--password, --password-stdin and --remove cannot be used together.");
     if (options.remove) {
         set_password("", chatter);
         return "The manager password was removed.\n";

@@ -3,6 +3,7 @@
 #include "qvtcctl/network_device.hpp"
 #include "qvtcctl/network_presentation.hpp"
 #include "qvtcctl/network_verbs.hpp"
+#include "qvtcctl/notes.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/secrets.hpp"
 #include "qvtcctl/text.hpp"
@@ -28,6 +29,9 @@ Answer changed_answer(Port port, const PortState& state) {
     Answer answer;
     answer.text = port_sentence(port, state);
     answer.json = port_json(port, state);
+    // The wireless link is NetworkManager's by right: it joins the networks.
+    const bool managed = port != Port::wireless && NetworkDevice::is_managed_elsewhere(port);
+    add_notes(answer, managed ? std::vector{note_on_manager(port)} : std::vector<std::string>());
     return answer;
 }
 
@@ -41,15 +45,17 @@ struct JoinOptions {
 
 Encryption require_encryption(const JoinOptions& options) {
     if (options.open && options.enterprise)
-        throw UsageError("--open and --enterprise exclude each other.");
+        throw UsageError("--open and --enterprise cannot be used together.");
     if (options.enterprise) {
         if (options.user.empty()) throw UsageError("--user is missing: --enterprise needs it.");
         require_wifi_user(options.user);
         return Encryption::enterprise;
     }
-    if (!options.user.empty()) throw UsageError("--user goes with --enterprise only.");
+    if (!options.user.empty()) throw UsageError("--user can be used only with --enterprise.");
     if (!options.open) return Encryption::personal;
-    if (options.password_stdin) throw UsageError("an open network takes no password.");
+    if (options.password_stdin)
+        throw UsageError("an open network needs no password: --open and --password-stdin cannot be "
+                         "used together.");
     return Encryption::open;
 }
 
@@ -69,7 +75,7 @@ std::string collect_password(const JoinOptions& options, Encryption encryption) 
 bool require_switch(const std::string& word) {
     if (word == "on" || word == "off") return word == "on";
     throw Refusal(ExitCode::bad_usage,
-                  fmt::format("switch \"{}\" is unknown: give on or off.", printable(word)));
+                  fmt::format("\"{}\" is not valid: give on or off.", printable(word)));
 }
 
 Answer routes_answer(const NetworkDevice& device) {
@@ -79,7 +85,7 @@ Answer routes_answer(const NetworkDevice& device) {
         const std::optional<PortState> state = device.state(port);
         if (!state || state->gateway.empty()) continue;
         answer.text +=
-            fmt::format("{} carries a default route, by {}.\n", name_of(port), state->gateway);
+            fmt::format("{} carries a default route via {}.\n", name_of(port), state->gateway);
         Json row = json_map();
         add(row, "port", name_of(port));
         add(row, "gateway", state->gateway);
@@ -161,7 +167,8 @@ Run define_network_join(CLI::App& app) {
     app.add_option("NAME", options->name, "name of the network")->required();
     app.add_flag("--open", options->open, "the network has no encryption");
     app.add_flag("--enterprise", options->enterprise, "log on as a user (802.1X)");
-    app.add_option("--user", options->user, "that user")->option_text("USER");
+    app.add_option("--user", options->user, "the user to log on as, with --enterprise")
+        ->option_text("USER");
     app.add_flag("--password-stdin", options->password_stdin,
                  "read the password from standard input");
     return [options](const Context& context) {

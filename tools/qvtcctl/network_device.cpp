@@ -1,7 +1,9 @@
 #include "qvtcctl/network_device.hpp"
 
+#include "qvtcctl/child.hpp"
 #include "qvtcctl/hexadecimal.hpp"
 #include "qvtcctl/json.hpp"
+#include "qvtcctl/program.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/suggest.hpp"
 #include "qvtcctl/system_log.hpp"
@@ -14,7 +16,6 @@
 
 #include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace qvtc::qvtcctl {
@@ -66,21 +67,23 @@ std::string address_parameters(Mode mode, const WantedAddresses& wanted, bool wi
 }
 
 /// Lets the library work in a process and a session of its own, and waits for it. What it does goes
-/// on when the terminal that this program was typed on is closed, as when the network is restarted
-/// over which somebody has logged on; and so does what it has started in the background.
+/// on when the tty that this program was typed on is closed, as when the network is restarted over
+/// which somebody has logged on; and so does what it has started in the background.
 template <typename Work>
-void work_in_own_session(Chatter chatter, Work work) {
-    const pid_t child = fork();
-    if (child > 0) {
-        waitpid(child, nullptr, 0);
-        return;
-    }
-    {
-        if (child == 0) setsid();
-        const Quiet quiet(chatter);
-        work();
-    }
-    if (child == 0) _exit(0);
+void work_in_own_session(Chatter chatter, const std::string& waits_for, Work work) {
+    run_in_child(
+        [&] {
+            setsid();
+            work();
+            return 0;
+        },
+        chatter, said_after_a_moment(waits_for));
+}
+
+std::string for_addresses(std::string_view name, Mode mode) {
+    if (mode != Mode::dhcp) return fmt::format("Waiting until {} is set up.", name);
+    return fmt::format("Waiting until a DHCP server gives {} an address; it can take a minute.",
+                       name);
 }
 
 void require_in_use(Port port, Mode mode, const WantedAddresses& wanted, const PortState& state,
@@ -102,13 +105,15 @@ void require_in_use(Port port, Mode mode, const WantedAddresses& wanted, const P
         fault = "no server on its network has given it an address";
     }
     if (fault.empty()) return;
-    const std::string_view advice = port == Port::wireless
-                                        ? "Check with \"qvtcctl network scan\" that the network "
-                                          "is in use"
-                                        : "Check its cable and \"qvtcctl network show\"";
+    std::string_view advice = "Check its cable and \"qvtcctl network show\"";
+    if (port == Port::wireless) {
+        advice = "Check with \"qvtcctl network scan\" that the network is in use";
+    } else if (NetworkDevice::is_managed_elsewhere(port)) {
+        advice = "NetworkManager manages it too, and may have replaced the addresses";
+    }
     throw Refusal(ExitCode::not_done,
-                  fmt::format("{} was set up, but {}. {}; --debug shows what the system's programs "
-                              "say.{}",
+                  fmt::format("{} was set up, but {}. {}; --debug shows the output of the "
+                              "system's programs.{}",
                               name_of(port), fault, advice, complaint_since(log)));
 }
 
@@ -124,7 +129,7 @@ Port require_port(const std::string& name, bool with_wireless) {
         names.push_back(row.name);
     }
     throw Refusal(ExitCode::bad_usage,
-                  fmt::format("port \"{}\" is unknown{}: give one of {}.", printable(name),
+                  fmt::format("unknown port \"{}\"{}: give one of {}.", printable(name),
                               did_you_mean(name, names), fmt::join(names, ", ")));
 }
 
@@ -163,8 +168,8 @@ PortState NetworkDevice::set_wired(Port port, Mode mode, const WantedAddresses& 
     require_state(port);
     const LogMark log{std::string(system_log)};
     std::string parameters = address_parameters(mode, wanted, true);
-    work_in_own_session(chatter_, [&] {
-        // The extra port's status is not told; reading it back decides for both.
+    work_in_own_session(chatter_, for_addresses(name_of(port), mode), [&] {
+        // The extra port's status is not returned; reading it back decides for both.
         if (port == Port::main) {
             qvsetwiredconf(parameters.data());
         } else {
@@ -176,12 +181,20 @@ PortState NetworkDevice::set_wired(Port port, Mode mode, const WantedAddresses& 
     return now;
 }
 
+bool NetworkDevice::is_managed_elsewhere(Port port) {
+    const auto answer = run_program(
+        {"nmcli", "-g", "GENERAL.NM-MANAGED", "device", "show", std::string(name_of(port))},
+        "LC_ALL=C");
+    return answer && answer->succeeded && trimmed(answer->text) == "yes";
+}
+
 PortState NetworkDevice::set_wireless(const std::string& network, Mode mode,
                                       const WantedAddresses& wanted) const {
     const LogMark log{std::string(system_log)};
     std::string parameters =
         address_parameters(mode, wanted, false) + "&" + ssid_parameter(network);
-    work_in_own_session(chatter_, [&] { qvsetwirelessconf(parameters.data()); });
+    work_in_own_session(chatter_, for_addresses(name_of(Port::wireless), mode),
+                        [&] { qvsetwirelessconf(parameters.data()); });
     PortState now = require_state(Port::wireless);
     require_in_use(Port::wireless, mode, wanted, now, log);
     return now;
@@ -252,16 +265,16 @@ void NetworkDevice::join(const std::string& network, Encryption encryption, cons
     if (encryption == Encryption::personal) parameters += "&encryptType=wpa2";
     if (encryption == Encryption::enterprise) parameters += "&encryptType=802.1X&username=" + user;
     if (!password.empty()) parameters += "&password=" + password;
-    work_in_own_session(chatter_, [&] { qvsetwifiauth(parameters.data()); });
+    work_in_own_session(chatter_, "Waiting until the former networks are forgotten.",
+                        [&] { qvsetwifiauth(parameters.data()); });
 }
 
 PortState NetworkDevice::set_default_route(Port port) const {
     require_state(port);
     std::string parameters = fmt::format("default={}", name_of(port));
-    {
-        const Quiet quiet(chatter_);
-        qvsetdefaultroute(parameters.data());
-    }
+    run_in_child([&] { return qvsetdefaultroute(parameters.data()); }, chatter_,
+                 said_after_a_moment("Waiting for the name server: it is asked for the gateways' "
+                                     "names."));
     PortState now = require_state(port);
     if (!now.gateway.empty()) return now;
     throw Refusal(ExitCode::not_done,

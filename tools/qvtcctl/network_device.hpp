@@ -40,8 +40,8 @@ struct NetworkInRange {
 };
 inline constexpr unsigned strongest_signal = 6;
 
-/// The terminal's network, through the library. What can be read back after a change is, and one
-/// that did not take is refused with ExitCode::not_done.
+/// The terminal's network, through the library. A change is read back where it can be, and one that
+/// failed is refused with ExitCode::not_done.
 class NetworkDevice {
   public:
     /// Refuses (ExitCode::not_possible) to work without root's rights or without /home/root.
@@ -59,6 +59,10 @@ class NetworkDevice {
     PortState set_wired(Port port, Mode mode, const WantedAddresses& wanted) const;
     PortState set_wireless(const std::string& network, Mode mode,
                            const WantedAddresses& wanted) const;
+
+    /// Whether a NetworkManager that runs here manages the port. It does not read what the library
+    /// writes, and sets the port up as it sees fit, some time later.
+    static bool is_managed_elsewhere(Port port);
 
     bool has_wifi() const;
     bool wifi_is_on() const;

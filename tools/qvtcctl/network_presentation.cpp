@@ -27,6 +27,14 @@ Json wifi_json(bool present, bool on) {
     return map;
 }
 
+std::string note_on_manager(Port port) {
+    return fmt::format("NetworkManager manages {0} and may replace these addresses at any time. "
+                       "Let it leave {0} alone: add \"[keyfile]\" and \"unmanaged-devices="
+                       "interface-name:{0}\" to a file in /etc/NetworkManager/conf.d, and restart "
+                       "NetworkManager.",
+                       name_of(port));
+}
+
 std::string signal_bars(unsigned signal) {
     return std::string(signal, '#') + std::string(strongest_signal - signal, '-');
 }
@@ -64,8 +72,11 @@ std::string port_sentence(Port port, const PortState& state) {
         text += fmt::format("the address {}, mask {}", state.address, state.mask);
     }
     if (!state.gateway.empty()) text += fmt::format(", gateway {}", state.gateway);
-    if (!state.dns1.empty()) text += fmt::format(", name server {}", state.dns1);
-    if (!state.dns2.empty()) text += fmt::format(" and {}", state.dns2);
+    if (!state.dns2.empty()) {
+        text += fmt::format(", name servers {} and {}", state.dns1, state.dns2);
+    } else if (!state.dns1.empty()) {
+        text += fmt::format(", name server {}", state.dns1);
+    }
     return text + ".\n";
 }
 

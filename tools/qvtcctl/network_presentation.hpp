@@ -16,6 +16,9 @@ Json port_json(Port port, const std::optional<PortState>& state);
 /// {"present", "on"}
 Json wifi_json(bool present, bool on);
 
+/// What to know of a port that a NetworkManager manages too.
+std::string note_on_manager(Port port);
+
 /// As many bars as the signal has levels: "####--".
 std::string signal_bars(unsigned signal);
 

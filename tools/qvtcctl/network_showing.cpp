@@ -16,7 +16,7 @@ std::string wifi_text(bool present, bool on) {
 
 Row row_of(Port port, const std::optional<PortState>& state) {
     const std::string name(name_of(port));
-    if (!state) return {name, "not there"};
+    if (!state) return {name, "absent"};
     const auto shown = [](const std::string& text) { return text.empty() ? "-" : text; };
     const std::string servers =
         state->dns2.empty() ? state->dns1 : fmt::format("{} {}", state->dns1, state->dns2);

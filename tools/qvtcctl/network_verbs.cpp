@@ -10,22 +10,23 @@ namespace {
 constexpr std::array<Verb, 7> table{{
     {"show", "Show the ports, Wi-Fi and their addresses",
      "Shows what the wired ports eth0 and eth1 and the wireless link wlan0 have in use, whether "
-     "the terminal is on a network, and how Wi-Fi is switched.",
+     "the terminal is on a network, and whether Wi-Fi is on.",
      "qvtcctl network show\n"
      "qvtcctl network show --json",
-     define_network_show},
+     define_network_show, Settings::not_needed},
     {"set", "Set the addresses of a wired port",
      "Sets up a wired port and restarts it: \"dhcp\" lets the network's server decide, \"static\" "
-     "takes an address, its mask and the gateway, and \"dns\" sets the name servers alone. "
-     "Everything is checked before anything is changed, and read back afterwards. Whoever works "
-     "over this port loses the connection to the terminal.",
+     "needs an address, its mask and the gateway, and \"dns\" sets only the name servers. "
+     "Everything is checked before anything is changed, and read back afterwards. Whoever is "
+     "logged on over this port loses the connection. A NetworkManager that manages the port may "
+     "replace the addresses later; a note says so.",
      "qvtcctl network set eth0 dhcp\n"
      "qvtcctl network set eth0 static --address 192.168.1.20 --mask 255.255.255.0 --gateway "
      "192.168.1.1 --dns1 192.168.1.1\n"
      "qvtcctl network set eth0 dns --dns1 9.9.9.9 --dns2 1.1.1.1",
      define_network_set},
     {"wifi", "Show the Wi-Fi switch, or switch Wi-Fi on or off",
-     "Tells whether there is Wi-Fi hardware and how Wi-Fi is switched, or switches it.",
+     "Shows whether there is Wi-Fi hardware and whether Wi-Fi is on, or switches it.",
      "qvtcctl network wifi\n"
      "qvtcctl network wifi on",
      define_network_wifi},
@@ -34,7 +35,7 @@ constexpr std::array<Verb, 7> table{{
      "use with \"*\". Hidden networks are not listed. Wi-Fi must be switched on.",
      "qvtcctl network scan\n"
      "qvtcctl network scan --json",
-     define_network_scan},
+     define_network_scan, Settings::not_needed},
     {"join", "Join a wireless network",
      "Begins to join a wireless network, in the background; \"qvtcctl network scan\" marks it "
      "once it is in use. All networks that were joined before are forgotten, and the link gets "
@@ -46,7 +47,7 @@ constexpr std::array<Verb, 7> table{{
      define_network_join},
     {"wireless", "Set the addresses of the wireless link",
      "Sets up how the wireless link gets its address in the network of that name, and restarts "
-     "it: \"dhcp\" lets the network's server decide, \"static\" takes an address, its mask and "
+     "it: \"dhcp\" lets the network's server decide, \"static\" needs an address, its mask and "
      "the gateway. The network must have been joined before.",
      "qvtcctl network wireless Office dhcp\n"
      "qvtcctl network wireless \"Guest WiFi\" static --address 10.0.0.20 --mask 255.255.255.0 "
@@ -57,7 +58,7 @@ constexpr std::array<Verb, 7> table{{
      "the routing table names for it. Routes through other ports stay.",
      "qvtcctl network route\n"
      "qvtcctl network route eth1",
-     define_network_route},
+     define_network_route, Settings::not_needed},
 }};
 // clang-format on
 

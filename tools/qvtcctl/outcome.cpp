@@ -1,7 +1,5 @@
 #include "qvtcctl/outcome.hpp"
 
-#include "qvtcctl/client_log.hpp"
-
 namespace qvtc::qvtcctl {
 namespace {
 
@@ -11,11 +9,11 @@ using std::chrono::milliseconds;
 constexpr milliseconds believed_gone_after{1500};
 constexpr milliseconds settled_after{500};
 
-bool is_rdp(const ConnectionType& type) { return type.number == QVTC_TYPE_RDP; }
+bool shows_window(const Look& look) { return look.client_runs && look.window == Sight::seen; }
 
-/// A viewer that talks, of which the library knows no outcome yet.
-bool says_that_it_connects(const ConnectionType& type, const Look& look) {
-    return !is_rdp(type) && look.client_talks && look.status == "0";
+bool names_failure(const Look& look) {
+    if (look.said != Said::nothing) return look.said == Said::failed;
+    return look.library_tells_failure && !shows_window(look);
 }
 
 } // namespace
@@ -29,7 +27,9 @@ std::string_view words_of(State state) {
     case State::ended:
         return "the client has ended, looking for the reason";
     case State::connecting:
-        return "its window is open, waiting for the connection";
+        return "the client runs, waiting for the connection";
+    case State::asking:
+        return "the client asks for the password on the terminal's screen";
     case State::window_open:
         return "its window is open, making sure that it stays";
     case State::connected:
@@ -52,6 +52,8 @@ std::string_view name_of(State state) {
         return "ended";
     case State::connecting:
         return "connecting";
+    case State::asking:
+        return "asking";
     case State::window_open:
         return "window-open";
     case State::connected:
@@ -62,12 +64,6 @@ std::string_view name_of(State state) {
         return "not-running";
     }
     return "";
-}
-
-WatcherVerdict verdict_in(std::string_view file_text) {
-    if (file_text.starts_with("0x00000000")) return WatcherVerdict::connected;
-    if (file_text.starts_with("0x00000001")) return WatcherVerdict::failed;
-    return WatcherVerdict::none;
 }
 
 LaunchJudge::Time LaunchJudge::Lasting::update(bool holds, Time now) {
@@ -81,55 +77,47 @@ LaunchJudge::Time LaunchJudge::Lasting::update(bool holds, Time now) {
 }
 
 State LaunchJudge::judge(const Look& look) {
-    return is_rdp(type_) ? judge_by_window(look) : judge_by_verdict(look);
-}
-
-State LaunchJudge::judge_by_window(const Look& look) {
     const Time now = look.since_launch;
-    const bool window_there = look.window == Sight::seen && look.client_runs;
-    const Time there = window_there_.update(window_there, now);
-    const Time failing =
-        failure_told_.update(!window_there && !reason_of(look.status).empty(), now);
+    const bool silent = look.said == Said::nothing;
+    const Time shown = window_there_.update(silent && shows_window(look), now);
+    const Time connected =
+        connection_told_.update(look.client_runs && look.said == Said::connected, now);
+    const Time failing = failure_told_.update(names_failure(look), now);
     const Time gone = client_gone_.update(!look.client_runs, now);
-    if (there >= trusted_after) return State::connected;
+    if (shown >= trusted_after || connected >= settled_after) return State::connected;
     if (gone >= believed_gone_after) return State::failed;
-    if (!look.client_runs && gone >= settled_after && failing >= settled_after) {
-        return State::failed;
-    }
-    if (failing >= trusted_after) return State::failed;
+    if (gone >= settled_after && failing >= settled_after) return State::failed;
+    const bool in_doubt = silent || !look.client_runs; // the library may speak of a passing trouble
+    if (failing >= (in_doubt ? trusted_after : settled_after)) return State::failed;
     return state_without_outcome(look);
-}
-
-State LaunchJudge::judge_by_verdict(const Look& look) {
-    const bool failure_told = !reason_of(look.status).empty() || look.log_names_failure;
-    const bool still_connecting = says_that_it_connects(type_, look);
-    const bool good =
-        look.verdict == WatcherVerdict::connected && !failure_told && !still_connecting;
-    const Time good_for = verdict_good_.update(good, look.since_launch);
-    const Time failing = failure_told_.update(failure_told, look.since_launch);
-    if (look.verdict == WatcherVerdict::failed) return State::failed;
-    if (failing >= settled_after) return State::failed;
-    if (good_for >= settled_after) return State::connected;
-    const State state = state_without_outcome(look);
-    const bool not_there = still_connecting || failure_told;
-    return state == State::window_open && not_there ? State::connecting : state;
 }
 
 State LaunchJudge::state_without_outcome(const Look& look) {
     has_run_ = has_run_ || look.client_runs;
     if (!look.client_runs) return has_run_ ? State::ended : State::starting;
-    return look.window == Sight::seen ? State::window_open : State::waiting;
+    switch (look.said) {
+    case Said::asking:
+        return State::asking;
+    case Said::nothing:
+        return shows_window(look) ? State::window_open : State::waiting;
+    default:
+        return State::connecting;
+    }
 }
 
-State state_of(const ConnectionType& type, const Look& look) {
+State state_of(const Look& look) {
     if (!look.client_runs) return State::not_running;
-    const bool failure_told = !reason_of(look.status).empty() || look.log_names_failure;
-    if (failure_told && (!is_rdp(type) || look.window != Sight::seen)) return State::failed;
-    if (look.window == Sight::seen) {
-        return says_that_it_connects(type, look) ? State::connecting : State::connected;
+    if (names_failure(look)) return State::failed;
+    switch (look.said) {
+    case Said::connected:
+        return State::connected;
+    case Said::asking:
+        return State::asking;
+    case Said::nothing:
+        return shows_window(look) ? State::connected : State::waiting;
+    default:
+        return State::connecting;
     }
-    if (!is_rdp(type) && look.verdict == WatcherVerdict::failed) return State::failed;
-    return State::waiting;
 }
 
 } // namespace qvtc::qvtcctl

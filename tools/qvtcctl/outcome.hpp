@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qvtcctl/types.hpp"
+#include "qvtcctl/client_words.hpp"
 #include "qvtcctl/windows.hpp"
 
 #include <chrono>
@@ -14,7 +14,8 @@ enum class State {
     starting,    ///< no sign of the client yet
     waiting,     ///< the client runs, its window is not there
     ended,       ///< the client was there and has gone; it is not sure yet that it failed
-    connecting,  ///< its window is there, and it says that the connection is not
+    connecting,  ///< the client says that its connection is not there yet
+    asking,      ///< the client asks for a password on the screen
     window_open, ///< its window is there, but has not stayed long enough to be trusted
     connected,
     failed,
@@ -25,21 +26,13 @@ enum class State {
 std::string_view words_of(State state);
 std::string_view name_of(State state);
 
-/// What the library's watcher has written into the client-status file since the launch.
-enum class WatcherVerdict { none, connected, failed };
-
-/// The verdict in the file's text.
-WatcherVerdict verdict_in(std::string_view file_text);
-
 /// All that can be seen of a launched client at one moment.
 struct Look {
     std::chrono::milliseconds since_launch{0};
-    std::string status; ///< the library's answer: "0", "1" or a base64 reason
     bool client_runs = false;
     Sight window = Sight::unknown;
-    WatcherVerdict verdict = WatcherVerdict::none;
-    bool log_names_failure = false; ///< as names_failure() has it
-    bool client_talks = false;      ///< it tells in its log how its connection stands
+    bool library_tells_failure = false; ///< its answer is a reason; asked for RDP only
+    Said said = Said::nothing;          ///< by the client itself, in its log
 };
 
 /// How long a window must have been there, and how long a client that still runs may contradict
@@ -48,14 +41,14 @@ inline constexpr std::chrono::milliseconds trusted_after{2000};
 
 /// Judges a launch from one look after the other.
 ///
-/// The library's diagnosis of RDP says "connected" at every sixth question while the client runs,
-/// so that word is not believed: what counts is the client's window. For the other clients the
-/// watcher's verdict counts, unless the client's log names a failure, or says (as SPICE's viewer
-/// does, whose window is there from the start) that the connection is not there yet.
+/// A client that talks is judged by what it says: a viewer's window may be there from the start, or
+/// have a title by which nobody knows it. A silent one is judged by its window, which must stay,
+/// since the library's diagnosis of RDP says "connected" at every sixth question while the client
+/// runs. What the library's watcher writes into the client-status file is not looked at: it gives
+/// up after ten seconds, however slow the server is, and another launch's watcher writes there too.
+/// So the only failures are a client that has gone and one whose words name the failure.
 class LaunchJudge {
   public:
-    explicit LaunchJudge(const ConnectionType& type) : type_(type) {}
-
     State judge(const Look& look);
 
   private:
@@ -71,20 +64,16 @@ class LaunchJudge {
         Time since_{0};
     };
 
-    State judge_by_window(const Look& look);
-    State judge_by_verdict(const Look& look);
-
     State state_without_outcome(const Look& look);
 
-    const ConnectionType& type_;
     bool has_run_ = false;
     Lasting window_there_;
+    Lasting connection_told_;
     Lasting failure_told_;
     Lasting client_gone_;
-    Lasting verdict_good_;
 };
 
 /// What one single look tells about a connection, with no launch to compare it with.
-State state_of(const ConnectionType& type, const Look& look);
+State state_of(const Look& look);
 
 } // namespace qvtc::qvtcctl

@@ -4,6 +4,7 @@
 #include "qvtcctl/text.hpp"
 
 #include <algorithm>
+#include <cstdio>
 
 namespace qvtc::qvtcctl {
 namespace {
@@ -23,7 +24,40 @@ bool is_place(std::string_view word) {
            word.find('x') != std::string_view::npos && word.find('+') != std::string_view::npos;
 }
 
+struct Corner {
+    int x = 0;
+    int y = 0;
+};
+
+/// Of WIDTHxHEIGHT+X+Y; nothing when it is switched off.
+std::optional<Corner> corner_of(const Output& output) {
+    Corner corner;
+    const std::size_t sign = output.place.find('+');
+    if (sign == std::string::npos ||
+        std::sscanf(output.place.c_str() + sign, "+%d+%d", &corner.x, &corner.y) != 2)
+        return std::nullopt;
+    return corner;
+}
+
+bool lies_so(Arrangement arrangement, const Corner& first, const Corner& other) {
+    if (arrangement == Arrangement::same_place) return first.x == other.x && first.y == other.y;
+    if (arrangement == Arrangement::beside) return first.x != other.x && first.y == other.y;
+    return first.x == other.x && first.y != other.y;
+}
+
 } // namespace
+
+std::vector<std::string> outside(Arrangement arrangement, const std::vector<Output>& outputs) {
+    std::vector<std::string> names;
+    std::optional<Corner> first;
+    for (const Output& output : outputs) {
+        const std::optional<Corner> corner = corner_of(output);
+        if (!corner || (first && !lies_so(arrangement, *first, *corner)))
+            names.push_back(output.name);
+        if (!first) first = corner;
+    }
+    return names;
+}
 
 std::vector<Output> connected_outputs(std::string_view listing) {
     std::vector<Output> outputs;

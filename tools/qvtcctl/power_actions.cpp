@@ -1,6 +1,10 @@
 #include "qvtcctl/child.hpp"
 #include "qvtcctl/confirmation.hpp"
 #include "qvtcctl/console.hpp"
+#include "qvtcctl/installed.hpp"
+#include "qvtcctl/network_device.hpp"
+#include "qvtcctl/network_presentation.hpp"
+#include "qvtcctl/refusal.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/terminal_verbs.hpp"
 
@@ -33,6 +37,34 @@ Run define_action(CLI::App& app, const char* consequence, int (*act)(), const ch
     };
 }
 
+void require_dhclient() {
+    if (is_installed("dhclient")) return;
+    throw Refusal(ExitCode::not_possible,
+                  "the program dhclient, which requests the addresses, is not installed. Nothing "
+                  "was changed.");
+}
+
+/// What the ports have now. Refuses when that is nothing: then nothing was repaired.
+Answer repaired(const NetworkDevice& device) {
+    Answer answer;
+    Json list = json_list();
+    for (const Port port : ports) {
+        const std::optional<PortState> state = device.state(port);
+        if (!state || state->address.empty()) continue;
+        answer.text += port_sentence(port, *state);
+        append(list, port_json(port, state));
+    }
+    if (answer.text.empty()) {
+        throw Refusal(ExitCode::not_done,
+                      "addresses were requested for all ports, but no port has one now. Check "
+                      "the cables and \"qvtcctl network show\".");
+    }
+    answer.json = json_map();
+    add(answer.json, "done", "network-repair");
+    add(answer.json, "ports", std::move(list));
+    return answer;
+}
+
 } // namespace
 
 Run define_reboot(CLI::App& app) {
@@ -49,18 +81,15 @@ Run define_network_repair(CLI::App& app) {
     auto yes = std::make_shared<bool>(false);
     app.add_flag("--yes", *yes, "do not ask");
     return [yes](const Context& context) {
-        require_terminal();
-        require_consent(*yes, "This drops the static gateway, asks for every address anew and "
-                              "restarts the network: sessions may end.");
+        const NetworkDevice device(context.chatter());
+        require_dhclient();
+        require_consent(*yes, "This removes the static gateway, requests new addresses for all "
+                              "ports and restarts the network: sessions may end.");
         Progress progress(!context.json);
         run_in_child([] { return qvdiagnsys(); }, context.chatter(),
                      [&](long seconds) { progress.show("Waiting for addresses", seconds); });
         progress.clear();
-        Answer answer;
-        answer.text = "The network was set up anew.\n";
-        answer.json = json_map();
-        add(answer.json, "done", "network-repair");
-        return answer;
+        return repaired(device);
     };
 }
 

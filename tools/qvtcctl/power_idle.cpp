@@ -44,17 +44,16 @@ void store_idle(const Idle& idle, Chatter chatter) {
 
 bool require_state(const std::string& text) {
     if (text == "on" || text == "off") return text == "on";
-    throw Refusal(
-        ExitCode::bad_usage,
-        fmt::format("\"{}\" is no state of power saving: give on or off.", printable(text)));
+    throw Refusal(ExitCode::bad_usage,
+                  fmt::format("\"{}\" is not valid: give on or off.", printable(text)));
 }
 
 std::string require_minutes(const std::string& text) {
     const std::optional<unsigned> minutes = parse_number(text);
     if (minutes && *minutes >= 1 && *minutes <= most_minutes) return std::to_string(*minutes);
     throw Refusal(ExitCode::bad_usage,
-                  fmt::format("--minutes \"{}\" is no whole number from 1 to {}.", printable(text),
-                              most_minutes));
+                  fmt::format("--minutes \"{}\" must be a whole number from 1 to {}.",
+                              printable(text), most_minutes));
 }
 
 std::string words_of(const Idle& idle) {
@@ -96,7 +95,8 @@ Run define_power_idle(CLI::App& app) {
         ->option_text("N");
     return [options](const Context& context) {
         if (options->state.empty() && !options->minutes.empty()) {
-            throw UsageError("--minutes goes with on: \"qvtcctl power idle on --minutes N\".");
+            throw UsageError(
+                "--minutes can be used only with on: \"qvtcctl power idle on --minutes N\".");
         }
         Idle wanted;
         if (!options->state.empty()) wanted.on = require_state(options->state);

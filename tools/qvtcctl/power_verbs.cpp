@@ -20,17 +20,18 @@ constexpr auto table = std::to_array<Verb>({
      "Restarts the terminal, after asking you.",
      "qvtcctl power reboot\n"
      "qvtcctl power reboot --yes",
-     define_reboot},
+     define_reboot, Settings::not_needed},
     {"shutdown", "Switch the terminal off",
      "Switches the terminal off, after asking you.",
      "qvtcctl power shutdown\n"
      "qvtcctl power shutdown --yes",
-     define_shutdown},
-    {"network-repair", "Set the network up anew",
-     "Writes a plain configuration of the wireless network, drops the static gateway, asks DHCP "
-     "for the addresses of all interfaces and restarts the network. It asks you first.",
+     define_shutdown, Settings::not_needed},
+    {"network-repair", "Request new addresses and restart the network",
+     "Writes a plain configuration of the wireless network, removes the static gateway, requests "
+     "addresses for all ports by DHCP and restarts the network. It asks you first, and shows the "
+     "addresses that the ports have afterwards.",
      "qvtcctl power network-repair",
-     define_network_repair},
+     define_network_repair, Settings::not_needed},
 });
 // clang-format on
 

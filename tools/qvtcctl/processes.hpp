@@ -2,6 +2,8 @@
 
 #include "qvtcctl/record.hpp"
 
+#include <chrono>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,13 +15,25 @@ namespace qvtc::qvtcctl {
 struct Process {
     pid_t pid;
     std::vector<std::string> arguments;
+    std::vector<std::string> environment; ///< what it was started with
+
+    bool operator==(const Process&) const = default;
 };
 
-/// The living processes whose name begins so; zombies are not among them.
-std::vector<Process> running_processes(std::string_view name_begins);
+/// The living processes whose name begins so; zombies are not among them, nor is one that ends
+/// while it is looked at. "proc" is where the system shows its processes.
+std::vector<Process> running_processes(std::string_view name_begins,
+                                       const std::filesystem::path& proc = "/proc");
 
-/// Whether that client was started for that connection: its arguments hold the address, and for
-/// RDP the name as the window's title.
+/// The running clients of a type.
+std::vector<Process> running_clients(const ConnectionType& type);
+
+/// Whether that client was started for that connection: the address stands in its arguments as the
+/// library gives it, and for RDP the name as the window's title.
 bool serves(const Process& client, const ConnectionType& type, const Record& record);
+
+/// Waits until they have ended; returns those that still run.
+std::vector<Process> wait_for_end(std::vector<Process> processes,
+                                  std::chrono::milliseconds longest);
 
 } // namespace qvtc::qvtcctl

@@ -26,16 +26,15 @@ const Resolution& require_resolution(std::string_view name) {
                      [name](const Resolution& each) { return each.name == name; });
     if (found != resolutions.end()) return *found;
     throw Refusal(ExitCode::bad_usage,
-                  fmt::format("\"{}\" is no resolution that the terminal knows{}: give one of {}.",
-                              printable(name), did_you_mean(name, names()),
-                              fmt::join(names(), ", ")));
+                  fmt::format("unknown resolution \"{}\"{}: give one of {}.", printable(name),
+                              did_you_mean(name, names()), fmt::join(names(), ", ")));
 }
 
 std::string resolution_name(std::string_view index) {
     for (const Resolution& each : resolutions) {
         if (each.index == index) return std::string(each.name);
     }
-    return fmt::format("auto (the stored index \"{}\" stands for no resolution)", printable(index));
+    return fmt::format("auto (the stored index \"{}\" is not valid)", printable(index));
 }
 
 } // namespace qvtc::qvtcctl

@@ -1,6 +1,8 @@
 #include "qvtcctl/screens.hpp"
 
+#include "qvtcctl/program.hpp"
 #include "qvtcctl/refusal.hpp"
+#include "qvtcctl/stored_setting.hpp"
 #include "qvtcctl/suggest.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
@@ -18,9 +20,9 @@ namespace {
 
 // clang-format off
 constexpr std::array<ScreenMode, 3> modes{{
-    {"clone",    "clone",                "all screens show the same"},
-    {"extend",   "extend",               "one desktop over all screens, side by side"},
-    {"vertical", "extendverticalscreen", "one desktop over all screens, one above the other"},
+    {"clone",    "clone",                "all screens show the same", Arrangement::same_place},
+    {"extend",   "extend",               "one desktop over all screens, side by side", Arrangement::beside},
+    {"vertical", "extendverticalscreen", "one desktop over all screens, one above the other", Arrangement::below},
 }};
 // clang-format on
 
@@ -29,6 +31,15 @@ constexpr unsigned brightness_tolerance = 1; // the library's number is cut, not
 /// A marker file that could not be made or removed, most likely.
 Refusal unchanged(std::string_view what, std::string_view advice) {
     return Refusal(ExitCode::not_done, fmt::format("the {} was not changed: {}", what, advice));
+}
+
+/// As the library tells one, before it changes anything.
+void require_no_virtual_machine() {
+    const auto product = run_program({"dmidecode", "-s", "system-product-name"}, "LC_ALL=C");
+    if (!product || product->text.find("Virtual") == std::string::npos) return;
+    throw Refusal(ExitCode::not_possible,
+                  "this is a virtual machine: its resolution is set from outside. Nothing was "
+                  "changed.");
 }
 
 } // namespace
@@ -61,21 +72,28 @@ bool Screens::change_waits() const {
 }
 
 void Screens::request(std::string_view index, bool keep) const {
+    require_no_virtual_machine();
+    if (!keep) ensure_way_back();
     const LogMark log{std::string(system_log)};
     const std::string params = fmt::format("res={}{}", index, keep ? "&force=1" : "");
-    int status = 0;
     {
         const Quiet quiet(chatter_);
-        status = qvsetdispconf(params.c_str());
-    }
-    if (status != 0) {
-        throw Refusal(ExitCode::not_possible,
-                      "this is a virtual machine: its resolution is set from outside. Nothing was "
-                      "changed.");
+        qvsetdispconf(params.c_str());
     }
     if (requested_index() != index || (keep && change_waits())) {
         throw not_taken("the terminal restarts, but the resolution was not stored", log);
     }
+}
+
+/// Where nothing was ever kept the library has nothing to go back to, and lets the new resolution
+/// stand at once. What is set now is what this terminal has shown so far.
+void Screens::ensure_way_back() const {
+    if (!stored_setting(setting_key::applied_resolution, chatter_).empty()) return;
+    const LogMark log{std::string(system_log)};
+    if (store_setting(setting_key::applied_resolution, requested_index(), chatter_)) return;
+    throw not_taken("the resolution was not changed, as the present one could not be stored to go "
+                    "back to",
+                    log);
 }
 
 void Screens::keep() const {
@@ -110,8 +128,8 @@ void Screens::set_mode(const ScreenMode& mode) const {
         qvsetdisplaymode(fmt::format("displayMode={}", mode.library_name).c_str());
     }
     if (this->mode().name == mode.name) return;
-    throw unchanged("mode", "a virtual machine keeps its own. Elsewhere check that files can be "
-                            "made in /etc/X11 and /home/root.");
+    throw unchanged("mode", "a virtual machine keeps its own. Otherwise check that files can be "
+                            "created in /etc/X11 and /home/root.");
 }
 
 bool Screens::reversed() const { return member(qvgetdisplayorder, "displayOrder") == "Reverse"; }
@@ -122,7 +140,7 @@ void Screens::set_reversed(bool reversed) const {
         qvsetdisplayorder(reversed ? "displayOrder=Reverse" : "displayOrder=Positive");
     }
     if (this->reversed() == reversed) return;
-    throw unchanged("order", "check that files can be made in /etc/X11.");
+    throw unchanged("order", "check that files can be created in /etc/X11.");
 }
 
 std::string Screens::brightness() const { return member(qvgetmonitor, "brightness"); }
@@ -139,15 +157,10 @@ void Screens::set_brightness(unsigned percent) const {
         return;
     if (text.empty()) {
         throw unchanged("brightness",
-                        "the screen :0.0 could not be asked. It is stored, and comes into force "
-                        "at the next start. Check that the X server runs.");
+                        "display :0.0 did not respond. The brightness is stored and takes effect "
+                        "at the next start. Check that the X server is running.");
     }
     throw unchanged("brightness", fmt::format("the first screen shows {} %.", printable(text)));
-}
-
-int Screens::count() const {
-    const Quiet quiet(chatter_);
-    return qvgetmonitornum();
 }
 
 bool Screens::can_be_extended() const {
@@ -168,8 +181,16 @@ void Screens::set_refresh(const std::string& text) const {
     const Json wanted(json_tokener_parse(text.c_str()));
     const Json stored = refresh();
     if (stored && to_line(stored) == to_line(wanted)) return;
-    throw unchanged("refresh setting", "the terminal's numbered store did not take it. Check that "
-                                       "the program qvplugin is installed and works.");
+    throw unchanged("refresh setting",
+                    "it could not be saved in the terminal's numbered store. Check "
+                    "that the program qvplugin is installed and works.");
+}
+
+std::string meaning_here(const ScreenMode& mode, const Outputs& outputs) {
+    const std::vector<std::string> others =
+        outputs ? outside(mode.arrangement, *outputs) : std::vector<std::string>();
+    if (others.empty()) return std::string(mode.meaning);
+    return fmt::format("{}, except {}", mode.meaning, fmt::join(others, ", "));
 }
 
 const ScreenMode& require_mode(std::string_view name) {
@@ -179,7 +200,7 @@ const ScreenMode& require_mode(std::string_view name) {
         names.push_back(each.name);
     }
     throw Refusal(ExitCode::bad_usage,
-                  fmt::format("\"{}\" is no mode{}: give one of {}.", printable(name),
+                  fmt::format("unknown mode \"{}\"{}: give one of {}.", printable(name),
                               did_you_mean(name, names), fmt::join(names, ", ")));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qvtcctl/json.hpp"
+#include "qvtcctl/outputs.hpp"
 #include "qvtcctl/quiet.hpp"
 
 #include <string>
@@ -14,11 +15,17 @@ struct ScreenMode {
     std::string_view name;
     std::string_view library_name;
     std::string_view meaning;
+    Arrangement arrangement;
 };
 
-/// This terminal's screens, through the library. Its setters tell next to nothing of their
-/// success, so every change is read back here, and one that did not take is refused with
-/// ExitCode::not_done.
+/// The connected screens, where they are known.
+using Outputs = std::optional<std::vector<Output>>;
+
+/// The meaning of a mode, with the connected screens of which it is not true.
+std::string meaning_here(const ScreenMode& mode, const Outputs& outputs);
+
+/// This terminal's screens, through the library. Its setters report next to nothing, so every
+/// change is read back here, and one that failed is refused with ExitCode::not_done.
 class Screens {
   public:
     /// Refuses (ExitCode::not_possible) to work without root's rights or without /home/root.
@@ -30,8 +37,8 @@ class Screens {
     std::string requested_index() const;
     bool change_waits() const;
 
-    /// Requests a resolution and restarts the terminal. Refuses (ExitCode::not_possible) on a
-    /// virtual machine.
+    /// Requests a resolution and restarts the terminal. Unless it is kept at once there is always
+    /// one to go back to. Refuses (ExitCode::not_possible) on a virtual machine.
     void request(std::string_view index, bool keep) const;
     void keep() const;
     void revert() const;
@@ -42,12 +49,10 @@ class Screens {
     bool reversed() const;
     void set_reversed(bool reversed) const;
 
-    /// Of the first screen, in percent; empty when the X server does not tell it.
+    /// Of the first screen, in percent; empty when the X server does not report it.
     std::string brightness() const;
     void set_brightness(unsigned percent) const;
 
-    /// How many are connected; the library counts up to two.
-    int count() const;
     bool can_be_extended() const;
 
     /// Null when none is stored.
@@ -56,11 +61,12 @@ class Screens {
 
   private:
     std::string member(json_object* (*getter)(), const char* name) const;
+    void ensure_way_back() const;
 
     Chatter chatter_;
 };
 
-/// Refuses what is no mode.
+/// Refuses an unknown name.
 const ScreenMode& require_mode(std::string_view name);
 
 } // namespace qvtc::qvtcctl

@@ -15,15 +15,15 @@
 namespace qvtc::qvtcctl {
 namespace {
 
-/// The controlling terminal. It is asked directly, so that standard input and output stay free.
-class AskingTerminal {
+/// The controlling tty. It is asked directly, so that standard input and output stay free.
+class Tty {
   public:
-    AskingTerminal() : descriptor_(open("/dev/tty", O_RDWR | O_CLOEXEC)) {}
-    ~AskingTerminal() {
+    Tty() : descriptor_(open("/dev/tty", O_RDWR | O_CLOEXEC)) {}
+    ~Tty() {
         if (descriptor_ >= 0) close(descriptor_);
     }
-    AskingTerminal(const AskingTerminal&) = delete;
-    AskingTerminal& operator=(const AskingTerminal&) = delete;
+    Tty(const Tty&) = delete;
+    Tty& operator=(const Tty&) = delete;
 
     int descriptor() const { return descriptor_; }
     bool is_there() const { return descriptor_ >= 0; }
@@ -42,19 +42,19 @@ volatile std::sig_atomic_t ending_signal = 0;
 /// echo is on again, and then takes its course: a shell without echo is a bad thing to leave.
 class NoEcho {
   public:
-    explicit NoEcho(int terminal) : terminal_(terminal) {
+    explicit NoEcho(int tty) : tty_(tty) {
         struct sigaction keep {};
         keep.sa_handler = [](int signal) { ending_signal = signal; };
         for (std::size_t i = 0; i < signals.size(); ++i) {
             sigaction(signals[i], &keep, &previous_[i]);
         }
-        tcgetattr(terminal_, &settings_);
+        tcgetattr(tty_, &settings_);
         termios silent = settings_;
         silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-        tcsetattr(terminal_, TCSAFLUSH, &silent);
+        tcsetattr(tty_, TCSAFLUSH, &silent);
     }
     ~NoEcho() {
-        tcsetattr(terminal_, TCSAFLUSH, &settings_);
+        tcsetattr(tty_, TCSAFLUSH, &settings_);
         for (std::size_t i = 0; i < signals.size(); ++i) {
             sigaction(signals[i], &previous_[i], nullptr);
         }
@@ -64,7 +64,7 @@ class NoEcho {
 
   private:
     static constexpr std::array signals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
-    int terminal_;
+    int tty_;
     termios settings_{};
     std::array<struct sigaction, signals.size()> previous_{};
 };
@@ -84,15 +84,15 @@ std::string read_line(int from, bool& whole) {
     }
 }
 
-std::string ask_once(const AskingTerminal& terminal, const std::string& prompt) {
-    terminal.say(prompt);
+std::string ask_once(const Tty& tty, const std::string& prompt) {
+    tty.say(prompt);
     std::string line;
     {
-        const NoEcho unseen(terminal.descriptor());
+        const NoEcho unseen(tty.descriptor());
         bool whole = false;
-        line = read_line(terminal.descriptor(), whole);
+        line = read_line(tty.descriptor(), whole);
     }
-    terminal.say("\n");
+    tty.say("\n");
     if (ending_signal != 0) std::raise(std::exchange(ending_signal, 0));
     return line;
 }
@@ -100,23 +100,23 @@ std::string ask_once(const AskingTerminal& terminal, const std::string& prompt) 
 } // namespace
 
 std::optional<std::string> ask_openly(const std::string& question) {
-    const AskingTerminal terminal;
-    if (!terminal.is_there()) return std::nullopt;
-    terminal.say(question);
+    const Tty tty;
+    if (!tty.is_there()) return std::nullopt;
+    tty.say(question);
     bool whole = false;
-    return read_line(terminal.descriptor(), whole);
+    return read_line(tty.descriptor(), whole);
 }
 
 std::string ask_for_password(const std::string& what, const std::string& instead) {
-    const AskingTerminal terminal;
-    if (!terminal.is_there()) {
+    const Tty tty;
+    if (!tty.is_there()) {
         throw Refusal(ExitCode::bad_usage,
-                      fmt::format("there is no terminal on which the {} could be asked for. Give "
-                                  "it on standard input with {}.",
+                      fmt::format("cannot ask for the {} without a tty. Give it on standard "
+                                  "input with {}.",
                                   what, instead));
     }
-    std::string first = ask_once(terminal, fmt::format("New {}: ", what));
-    const std::string second = ask_once(terminal, fmt::format("The same {} again: ", what));
+    std::string first = ask_once(tty, fmt::format("New {}: ", what));
+    const std::string second = ask_once(tty, fmt::format("Repeat {}: ", what));
     if (first != second) {
         throw Refusal(ExitCode::bad_usage,
                       fmt::format("the two entries of the {} differ. Nothing was changed.", what));
@@ -129,7 +129,7 @@ std::string read_password_line(const std::string& what) {
     std::string line = read_line(STDIN_FILENO, whole);
     if (!whole) {
         throw Refusal(ExitCode::bad_usage,
-                      fmt::format("standard input holds no {}: give it as a line.", what));
+                      fmt::format("standard input contains no {}: give it as a line.", what));
     }
     return line;
 }
@@ -138,7 +138,7 @@ void require_end_of_input() {
     bool whole = false;
     read_line(STDIN_FILENO, whole);
     if (!whole) return;
-    throw Refusal(ExitCode::bad_usage, "standard input holds more than the passwords that were "
+    throw Refusal(ExitCode::bad_usage, "standard input contains more than the passwords that were "
                                        "asked for: give one line for each.");
 }
 

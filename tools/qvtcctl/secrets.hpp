@@ -5,15 +5,15 @@
 
 namespace qvtc::qvtcctl {
 
-/// Asks for a password on the controlling terminal, unseen, and a second time to be sure. Refuses
-/// when there is no terminal to ask on, or when the two differ. "instead" names the options with
+/// Asks for a password on the controlling tty, unseen, and a second time to be sure. Refuses
+/// when there is no tty to ask on, or when the two differ. "instead" names the options with
 /// which the password can be given otherwise.
 std::string
 ask_for_password(const std::string& what,
                  const std::string& instead = "--password-stdin or --gateway-password-stdin");
 
-/// An answer to a question, typed for all to see on the controlling terminal; nothing when there
-/// is no terminal to ask on.
+/// An answer to a question, typed visibly on the controlling tty; nothing when there is no tty to
+/// ask on.
 std::optional<std::string> ask_openly(const std::string& question);
 
 /// One line of standard input, without its newline. Refuses when there is none.

@@ -18,7 +18,7 @@ struct Default {
 constexpr std::array<Default, 9> defaults{{
     {QVTC_TYPE_BROKER, https_port, true},
     {QVTC_TYPE_RDP, 3389, false}, // encrypted too, but only after words of its own
-    {QVTC_TYPE_SPICE, 5900, false},
+    {QVTC_TYPE_SPICE, 0, false},  // the viewer opens no connection without a port
     {QVTC_TYPE_OVIRT, https_port, true},
     {QVTC_TYPE_CITRIX, https_port, true},
     {QVTC_TYPE_HORIZON, https_port, true},
@@ -77,7 +77,7 @@ ServerAddress vnc_server(std::string_view text, unsigned port) {
 }
 
 /// The client is given address and port side by side, and each may hold options.
-ServerAddress spice_server(const Record& record, unsigned port) {
+ServerAddress spice_server(const Record& record) {
     constexpr std::string_view secure = "tls-port=";
     std::string text = record.address();
     const std::string& port_field = record[field_index("port")];
@@ -89,7 +89,6 @@ ServerAddress spice_server(const Record& record, unsigned port) {
         server.port = port_in(value.substr(0, value.find('&')), 0);
         server.tls = server.port != 0;
     }
-    if (server.port == 0) server.port = port;
     return server;
 }
 
@@ -118,7 +117,7 @@ std::optional<ServerAddress> server_by_type(const ConnectionType& type, const Re
     case QVTC_TYPE_RDP:
         return rdp_server(record, usual.port);
     case QVTC_TYPE_SPICE:
-        return spice_server(record, usual.port);
+        return spice_server(record);
     case QVTC_TYPE_VNC:
         return vnc_server(text, usual.port);
     case QVTC_TYPE_WEB:
@@ -152,6 +151,10 @@ std::optional<ServerAddress> gateway_of(const ConnectionType& type, const Record
     ServerAddress gateway = split(address, https_port);
     gateway.tls = true;
     return gateway;
+}
+
+Route route_of(const ConnectionType& type, const Record& record) {
+    return gateway_of(type, record) ? Route::gateway : Route::direct;
 }
 
 } // namespace qvtc::qvtcctl

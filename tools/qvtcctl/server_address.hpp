@@ -23,4 +23,8 @@ std::optional<ServerAddress> server_of(const ConnectionType& type, const Record&
 /// The gateway that an RDP client goes through; nothing when it goes through none.
 std::optional<ServerAddress> gateway_of(const ConnectionType& type, const Record& record);
 
+/// How a client reaches its server.
+enum class Route { direct, gateway };
+Route route_of(const ConnectionType& type, const Record& record);
+
 } // namespace qvtc::qvtcctl

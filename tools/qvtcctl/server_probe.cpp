@@ -2,16 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <future>
 #include <memory>
 #include <thread>
 
 #include <netdb.h>
-#include <netinet/in.h>
-#include <poll.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 namespace qvtc::qvtcctl {
 namespace {
@@ -48,54 +44,6 @@ std::vector<std::string> numbers_of(const Addresses& list) {
     return numbers;
 }
 
-/// A socket, as long as it lives.
-class Socket {
-  public:
-    explicit Socket(int family)
-        : number_(socket(family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {}
-    ~Socket() {
-        if (number_ >= 0) close(number_);
-    }
-    Socket(const Socket&) = delete;
-    Socket& operator=(const Socket&) = delete;
-
-    int number() const { return number_; }
-
-  private:
-    int number_;
-};
-
-void set_port(addrinfo& address, unsigned port) {
-    const in_port_t number = htons(static_cast<in_port_t>(port));
-    if (address.ai_family == AF_INET6) {
-        reinterpret_cast<sockaddr_in6*>(address.ai_addr)->sin6_port = number;
-    } else {
-        reinterpret_cast<sockaddr_in*>(address.ai_addr)->sin_port = number;
-    }
-}
-
-PortAnswer answer_of(int error) {
-    if (error == 0) return PortAnswer::answered;
-    if (error == ECONNREFUSED || error == ECONNRESET) return PortAnswer::refused;
-    return error == ETIMEDOUT ? PortAnswer::silent : PortAnswer::unreachable;
-}
-
-PortAnswer wait_for_answer(int socket, std::chrono::milliseconds longest) {
-    const auto end = std::chrono::steady_clock::now() + longest;
-    while (true) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-            end - std::chrono::steady_clock::now());
-        pollfd waiting{socket, POLLOUT, 0};
-        const int ready = left.count() > 0 ? poll(&waiting, 1, static_cast<int>(left.count())) : 0;
-        if (ready < 0 && errno == EINTR) continue;
-        if (ready <= 0) return PortAnswer::silent;
-        int error = 0;
-        socklen_t size = sizeof error;
-        getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size);
-        return answer_of(error);
-    }
-}
-
 } // namespace
 
 Resolution resolve(const std::string& host, std::chrono::milliseconds longest) {
@@ -116,13 +64,7 @@ Resolution resolve(const std::string& host, std::chrono::milliseconds longest) {
 }
 
 PortAnswer try_port(const std::string& address, unsigned port, std::chrono::milliseconds longest) {
-    const Addresses list = look_up(address, AI_NUMERICHOST);
-    if (!list) return PortAnswer::unreachable;
-    set_port(*list, port);
-    const Socket server(list->ai_family);
-    if (server.number() < 0) return PortAnswer::unreachable;
-    if (connect(server.number(), list->ai_addr, list->ai_addrlen) == 0) return PortAnswer::answered;
-    return errno == EINPROGRESS ? wait_for_answer(server.number(), longest) : answer_of(errno);
+    return ServerSocket(address, port, longest).answer();
 }
 
 } // namespace qvtc::qvtcctl

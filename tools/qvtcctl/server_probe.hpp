@@ -1,5 +1,7 @@
 #pragma once
 
+#include "qvtcctl/server_socket.hpp"
+
 #include <chrono>
 #include <string>
 #include <vector>
@@ -15,13 +17,6 @@ struct Resolution {
 
 /// Asks the system for the addresses of a host.
 Resolution resolve(const std::string& host, std::chrono::milliseconds longest);
-
-enum class PortAnswer {
-    answered,
-    refused,
-    unreachable, ///< there is no way to the address
-    silent       ///< nothing came back in time
-};
 
 /// Opens a connection and closes it again.
 PortAnswer try_port(const std::string& address, unsigned port, std::chrono::milliseconds longest);

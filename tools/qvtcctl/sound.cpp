@@ -96,8 +96,8 @@ SoundCard require_card(const std::string& word, const std::vector<SoundCard>& ca
     std::vector<std::string> numbers;
     for (const SoundCard& each : cards) numbers.push_back(std::to_string(each.number));
     throw Refusal(ExitCode::bad_usage,
-                  fmt::format("\"{}\" is no sound card that can play. {}", printable(word),
-                              cards.empty() ? "There is none at all."
+                  fmt::format("\"{}\" is not a sound card that can play. {}", printable(word),
+                              cards.empty() ? "There is none."
                                             : fmt::format("There are: {}.", joined(numbers))));
 }
 
@@ -112,7 +112,7 @@ void configure(const SoundCard& card, Chatter chatter) {
     throw Refusal(
         ExitCode::not_done,
         fmt::format(
-            "card {} was not made the default: /etc/asound.conf did not take it. Check "
+            "card {} was not made the default: /etc/asound.conf could not be saved. Check "
             "that /etc can be written and that its disk is not full.{}",
             card.number,
             complaint.empty() ? "" : fmt::format(" The library's log says: \"{}\".", complaint)));

@@ -5,6 +5,7 @@
 #include "qvtcctl/verb.hpp"
 
 #include <array>
+#include <cctype>
 #include <memory>
 
 #include <CLI/CLI.hpp>
@@ -23,7 +24,7 @@ struct Switch {
 };
 
 constexpr Switch portal = {
-    "user portal", "portal",
+    "the user portal", "portal",
     [] { return text_member(Json(qvgetuserportal()).get(), "useUserportal") == "on"; },
     [](bool on) { qvsetuserportal(on ? "useUserportal=on" : "useUserportal=off"); }};
 
@@ -32,8 +33,8 @@ constexpr Switch demo_mode = {"demo mode", "demoMode", [] { return qvdemomode() 
 
 bool require_on_or_off(const Switch& which, const std::string& text) {
     if (text == "on" || text == "off") return text == "on";
-    throw Refusal(ExitCode::bad_usage, fmt::format("the {} cannot be \"{}\": give on or off.",
-                                                   which.title, printable(text)));
+    throw Refusal(ExitCode::bad_usage, fmt::format("\"{}\" is not valid for {}: give on or off.",
+                                                   printable(text), which.title));
 }
 
 bool is_on(const Switch& which, Chatter chatter) {
@@ -48,8 +49,7 @@ void turn(const Switch& which, bool on, Chatter chatter) {
         which.set(on);
     }
     if (is_on(which, chatter) != on) {
-        throw not_taken(fmt::format("the {} was not switched {}", which.title, on ? "on" : "off"),
-                        log);
+        throw not_taken(fmt::format("{} was not switched {}", which.title, on ? "on" : "off"), log);
     }
 }
 
@@ -62,8 +62,9 @@ Run define_switch(CLI::App& app, const Switch& which) {
         if (!state->empty()) turn(which, wanted, context.chatter());
         const bool on = is_on(which, context.chatter());
         Answer answer;
-        answer.text = fmt::format("The {} is {}{}.\n", which.title, state->empty() ? "" : "now ",
+        answer.text = fmt::format("{} is {}{}.\n", which.title, state->empty() ? "" : "now ",
                                   on ? "on" : "off");
+        answer.text.front() = static_cast<char>(std::toupper(answer.text.front()));
         answer.json = json_map();
         add_flag(answer.json, which.json_key, on);
         return answer;
@@ -81,7 +82,7 @@ constexpr std::array<Verb, 2> table{{
      "qvtcctl portal off",
      define_portal},
     {"demo-mode", "Show or set demo mode",
-     "Shows whether the terminal is in demo mode, or switches that on or off.",
+     "Shows whether demo mode is on, or switches it on or off.",
      "qvtcctl demo-mode\n"
      "qvtcctl demo-mode on",
      define_demo_mode},

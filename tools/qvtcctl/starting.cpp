@@ -48,7 +48,7 @@ struct Step {
 };
 
 std::string sound_outcome() {
-    return fs::exists(hdmi_marker) ? "goes to HDMI" : "as it was: it does not go to HDMI";
+    return fs::exists(hdmi_marker) ? "goes to HDMI" : "unchanged: it does not go to HDMI";
 }
 
 std::string log_outcome(const std::array<fs::file_time_type, rotated_logs.size()>& before) {
@@ -64,7 +64,7 @@ std::string log_outcome(const std::array<fs::file_time_type, rotated_logs.size()
 std::string power_saving_outcome(Chatter chatter) {
     const Quiet quiet(chatter);
     const Json idle(qvgetidle());
-    if (!idle) return "what is stored of it cannot be used";
+    if (!idle) return "unknown: the stored setting is not valid";
     if (text_member(idle.get(), "monitorPowerSave") != "on") return "off";
     return fmt::format("after {} min", text_member(idle.get(), "monitorPowerSaveMins"));
 }
@@ -73,7 +73,7 @@ std::string brightness_outcome(Chatter chatter) {
     const Quiet quiet(chatter);
     const Json monitor(qvgetmonitor());
     const std::string percent = monitor ? text_member(monitor.get(), "brightness") : "";
-    return percent.empty() ? "the X server tells none" : percent + " %";
+    return percent.empty() ? "unknown" : percent + " %";
 }
 
 /// The server is started in the background, and shows a moment later.

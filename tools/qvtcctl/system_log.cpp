@@ -1,29 +1,19 @@
 #include "qvtcctl/system_log.hpp"
 
+#include "qvtcctl/input_file.hpp"
+#include "qvtcctl/refusal.hpp"
 #include "qvtcctl/text.hpp"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <utility>
+
+#include <fmt/format.h>
 
 namespace qvtc::qvtcctl {
 namespace {
 
 constexpr std::uintmax_t most_bytes = 128UL * 1024;
-
-std::uintmax_t size_of(const std::string& path) {
-    std::error_code ignored;
-    const std::uintmax_t size = std::filesystem::file_size(path, ignored);
-    return ignored ? 0 : size;
-}
-
-std::string read_from(const std::string& path, std::uintmax_t start) {
-    std::ifstream file(path, std::ios::binary);
-    file.seekg(static_cast<std::streamoff>(start));
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 bool speaks_of_failure(std::string_view line) {
     constexpr std::string_view words[] = {"[ERROR]", "error", "fail", "not found", "not free"};
@@ -34,12 +24,13 @@ bool speaks_of_failure(std::string_view line) {
 
 } // namespace
 
-LogMark::LogMark(std::string path) : path_(std::move(path)), size_(size_of(path_)) {}
+LogMark::LogMark(std::string path) : path_(std::move(path)), size_(InputFile(path_).size()) {}
 
 std::string LogMark::added() const {
-    const std::uintmax_t now = size_of(path_);
+    const InputFile file(path_);
+    const std::uintmax_t now = file.size();
     const std::uintmax_t start = now < size_ ? 0 : size_;
-    return read_from(path_, std::max(start, now - std::min(now, most_bytes)));
+    return file.read_from(std::max(start, now - std::min(now, most_bytes)), most_bytes);
 }
 
 std::string last_complaint(std::string_view text) {
@@ -48,9 +39,31 @@ std::string last_complaint(std::string_view text) {
     return found == lines.rend() ? "" : printable(*found);
 }
 
+std::optional<unsigned> last_launched(const ConnectionType& type, std::string_view log) {
+    constexpr std::string_view words = "[INFO] @launchclient id = ";
+    std::optional<unsigned> last;
+    for (const std::string_view line : split_lines(log)) {
+        const std::size_t at = line.find(words);
+        if (at == std::string_view::npos) continue;
+        const std::optional<unsigned> id = parse_number(trimmed(line.substr(at + words.size())));
+        if (id && type_of_id(*id) == &type) last = id;
+    }
+    return last;
+}
+
+std::optional<unsigned> last_launched(const ConnectionType& type) {
+    constexpr std::uintmax_t whole_log = 2UL * 1024 * 1024; // it is begun anew after one megabyte
+    return last_launched(type, file_tail(std::string(system_log), whole_log));
+}
+
 std::string file_tail(const std::string& path, std::uintmax_t limit) {
-    const std::uintmax_t size = size_of(path);
-    return read_from(path, size - std::min(size, limit));
+    const InputFile file(path);
+    if (!file.is_open() && !file.is_missing()) {
+        throw Refusal(ExitCode::not_done,
+                      fmt::format("{} cannot be read: {}.", printable(path), file.fault()));
+    }
+    const std::uintmax_t size = file.size();
+    return file.read_from(size - std::min(size, limit), limit);
 }
 
 } // namespace qvtc::qvtcctl

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "qvtcctl/types.hpp"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -12,7 +14,7 @@ class LogMark {
     explicit LogMark(std::string path);
 
     /// At most the last 128 KiB of what was added since, or of the whole file when it has been
-    /// begun anew. Empty when there is none.
+    /// begun anew. Empty when it is no regular file.
     std::string added() const;
 
   private:
@@ -26,7 +28,13 @@ inline constexpr std::string_view system_log = "/home/root/system.log";
 /// The last line of that log's text that speaks of an error or a failure; empty when none does.
 std::string last_complaint(std::string_view text);
 
-/// At most the last "limit" bytes of a file; empty when it cannot be read.
+/// The connection of this type that the log says was launched last, by whomever; nothing when it
+/// names none, as when it has been begun anew since.
+std::optional<unsigned> last_launched(const ConnectionType& type, std::string_view log);
+std::optional<unsigned> last_launched(const ConnectionType& type);
+
+/// At most the last "limit" bytes of a file; empty when there is none. Refuses
+/// (ExitCode::not_done) what is no regular file or cannot be read.
 std::string file_tail(const std::string& path, std::uintmax_t limit);
 
 } // namespace qvtc::qvtcctl

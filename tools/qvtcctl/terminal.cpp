@@ -1,5 +1,7 @@
 #include "qvtcctl/terminal.hpp"
 
+#include "qvtcctl/settings_document.hpp"
+
 #include <filesystem>
 #include <string_view>
 
@@ -10,7 +12,6 @@ namespace qvtc::qvtcctl {
 namespace {
 
 constexpr std::string_view root_home = "/home/root";
-constexpr std::string_view settings_document = "/home/root/vpclientData.xml";
 
 } // namespace
 
@@ -22,7 +23,7 @@ void require_terminal() {
     }
     if (!std::filesystem::is_directory(root_home)) {
         throw Refusal(ExitCode::not_possible,
-                      fmt::format("this machine is no terminal that can be managed: there is no "
+                      fmt::format("this machine is not a terminal that can be managed: it has no "
                                   "directory {}, which holds a terminal's settings.",
                                   root_home));
     }
@@ -30,9 +31,8 @@ void require_terminal() {
 
 Refusal not_taken(const std::string& what, const LogMark& log) {
     std::string message = fmt::format(
-        "{}: the settings document did not take it. Check that {} can be written and that its "
-        "disk is not full.",
-        what, settings_document);
+        "{}: {} could not be saved. Check that it is writable and that its disk is not full.", what,
+        settings_document);
     const std::string complaint = last_complaint(log.added());
     if (!complaint.empty()) message += fmt::format(" The library's log says: \"{}\".", complaint);
     return Refusal(ExitCode::not_done, message);

@@ -16,23 +16,26 @@ constexpr auto terminal_table = std::to_array<Verb>({
      "qvtcctl host-name reception-2",
      define_host_name},
     {"manager-password", "Show, set or remove the password of the manager screens",
-     "Tells whether the front-end's manager screens are guarded by a password, sets that password "
-     "or removes it. A new one is asked for, or read from standard input; it is no argument, as a "
-     "command line can be read by everybody on the machine.",
+     "Shows whether the front-end's manager screens are protected by a password, sets that password "
+     "or removes it. A new one is asked for, or read from standard input; it is not an argument, as "
+     "everybody on the machine can read a command line.",
      "qvtcctl manager-password\n"
      "qvtcctl manager-password --password\n"
      "qvtcctl manager-password --remove",
      define_manager_password},
-    {"time", "Show or set clock, time zone and time server",
-     "Shows the time, the zone and the server that the clock follows, or changes them. What is not "
-     "named stays as it is; a clock that is set by hand follows no server any more.",
+    {"time", "Show or set the clock, time zone and time server",
+     "Shows the time, the time zone and the time server, or changes them. What is not named stays as "
+     "it is; setting the clock turns off time synchronisation. A time server is asked in the "
+     "background, by the terminal's program ntpdate-sync.",
      "qvtcctl time\n"
      "qvtcctl time --zone Europe/Vienna --ntp pool.ntp.org\n"
      "qvtcctl time --set \"2026-12-31 23:59\"",
      define_time},
-    {"info", "Tell what this terminal is",
-     "Tells the terminal's name, model, processor, memory, storage, hardware addresses and the "
-     "versions of what it runs.",
+    {"info", "Show what this terminal is",
+     "Shows the terminal's name, model, processor, memory, storage, hardware addresses, the dates of "
+     "its updates, and which clients are installed. What cannot be looked up is unknown. With --json "
+     "there is also \"fixed\", the texts that the library gives for every terminal, whatever is on "
+     "it.",
      "qvtcctl info\n"
      "qvtcctl info --json",
      define_information},
@@ -45,21 +48,22 @@ constexpr auto terminal_table = std::to_array<Verb>({
 });
 
 constexpr auto update_table = std::to_array<Verb>({
-    {"download", "Fetch an update package",
-     "Fetches an update package in place of a former one. The URL must name a file called "
-     "update.qvtc.",
+    {"download", "Download an update package",
+     "Downloads an update package in place of a former one. The URL must name a file called "
+     "update.qvtc. Only root may be able to write to /tmp/nfs, where it is put.",
      "qvtcctl update download http://server/terminals/update.qvtc",
-     define_update_download},
+     define_update_download, Settings::not_needed},
     {"run", "Run the update script",
-     "Runs the script that an update package has brought, and waits until it has ended. The script "
-     "may restart the terminal, so you are asked first.",
+     "Runs /tmp/nfs/qvupdate.sh, the script of an update package, and waits until it has finished. "
+     "It runs as root: the script and its directory must belong to root, and nobody else may be able "
+     "to write to them. The script may restart the terminal, so you are asked first.",
      "qvtcctl update run\n"
      "qvtcctl update run --yes",
-     define_update_run},
-    {"status", "Tell whether an update is running",
-     "Tells whether the update script is running, and whether a package has been fetched.",
+     define_update_run, Settings::not_needed},
+    {"status", "Show whether an update is running",
+     "Shows whether the update script is running, and whether a package has been downloaded.",
      "qvtcctl update status",
-     define_update_status},
+     define_update_status, Settings::not_needed},
 });
 // clang-format on
 

@@ -35,6 +35,16 @@ constexpr std::array<Range, 5> combining_ranges{{
     {0xFE00, 0xFE0F},
     {0x200B, 0x200F},
 }};
+constexpr std::array<Range, 8> invisible_ranges{{
+    {0x061C, 0x061C},   // Arabic letter mark
+    {0x180E, 0x180E},   // Mongolian vowel separator
+    {0x200B, 0x200F},   // zero-width characters, marks of direction
+    {0x2028, 0x202E},   // separators of lines, embedded and overridden direction
+    {0x2060, 0x206F},   // word joiner, isolated direction, deprecated format characters
+    {0xFEFF, 0xFEFF},   // byte order mark
+    {0xFFF9, 0xFFFB},   // interlinear annotation
+    {0xE0000, 0xE007F}, // tags
+}};
 
 template <std::size_t N>
 bool within(const std::array<Range, N>& ranges, char32_t code) {
@@ -91,12 +101,14 @@ bool is_utf8(std::string_view text) {
 
 bool is_control(char32_t code) { return code < 0x20 || (code >= 0x7F && code < 0xA0); }
 
+bool is_invisible(char32_t code) { return within(invisible_ranges, code); }
+
 std::string printable(std::string_view text) {
     std::string result;
     while (!text.empty()) {
         const std::optional<Utf8Character> next = first_character(text);
         const std::size_t bytes = next ? next->bytes : 1;
-        if (next && !is_control(next->code)) {
+        if (next && !is_control(next->code) && !is_invisible(next->code)) {
             result += text.substr(0, bytes);
         } else {
             for (const char c : text.substr(0, bytes)) {
@@ -105,6 +117,13 @@ std::string printable(std::string_view text) {
         }
         text.remove_prefix(bytes);
     }
+    return result;
+}
+
+std::string printable_lines(std::string_view text) {
+    std::string result;
+    for (const std::string_view line : split_lines(text)) result += printable(line) + "\n";
+    if (!text.ends_with('\n') && !result.empty()) result.pop_back();
     return result;
 }
 

@@ -21,10 +21,18 @@ bool is_utf8(std::string_view text);
 /// Control characters, DEL and those from U+0080 to U+009F.
 bool is_control(char32_t code);
 
-/// The text made fit for a screen: control characters and bytes that are no UTF-8 become "\xNN".
+/// Characters that show nothing themselves and change how the text around them is read: marks of
+/// writing direction, zero-width characters, separators of lines, tags.
+bool is_invisible(char32_t code);
+
+/// The text made fit for a screen: control and invisible characters, and bytes that are not UTF-8,
+/// become "\xNN".
 std::string printable(std::string_view text);
 
-/// Columns that a terminal gives the text: 2 for a wide (East Asian) character, 0 for a
+/// The same for a text of several lines, whose newlines stay.
+std::string printable_lines(std::string_view text);
+
+/// Columns that a tty gives the text: 2 for a wide (East Asian) character, 0 for a
 /// combining one.
 std::size_t display_width(std::string_view text);
 

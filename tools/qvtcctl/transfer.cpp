@@ -1,5 +1,6 @@
 #include "qvtcctl/transfer.hpp"
 
+#include "qvtcctl/advice.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/text.hpp"
 
@@ -15,6 +16,7 @@ namespace {
 constexpr const char* format_key = "format";
 constexpr const char* version_key = "version";
 constexpr const char* list_key = "connections";
+constexpr const char* passwords_key = "passwords";
 constexpr std::string_view format_name = "qvtcctl-connections";
 constexpr int format_version = 1;
 
@@ -25,22 +27,42 @@ constexpr std::size_t type_field = field_index("type");
     throw Refusal(ExitCode::bad_usage, message);
 }
 
+/// Objects and lists in the text: each costs the parser most of a kilobyte, however short it is.
+std::size_t containers_in(std::string_view text) {
+    std::size_t count = 0;
+    char quote = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (quote != 0) {
+            if (c == '\\') ++i;
+            if (c == quote) quote = 0;
+        } else if (c == '"' || c == '\'') {
+            quote = c;
+        } else if (c == '{' || c == '[') {
+            ++count;
+        }
+    }
+    return count;
+}
+
 Json parse_json(std::string_view text) {
+    constexpr std::size_t most = connection_types.size() * QVTC_IDS_PER_TYPE;
+    if (containers_in(text) > most + 2) // the document and its list
+        refuse(fmt::format("too many objects: a terminal keeps at most {} connections.", most));
     json_tokener* tokener = json_tokener_new();
     Json parsed(json_tokener_parse_ex(tokener, text.data(), static_cast<int>(text.size())));
     const json_tokener_error error = json_tokener_get_error(tokener);
     const std::size_t end = json_tokener_get_parse_end(tokener);
     json_tokener_free(tokener);
     if (error == json_tokener_continue) {
-        refuse(is_blank(text) ? "there is no text." : "the JSON text ends too early.");
+        refuse(is_blank(text) ? "the input is empty." : "not valid JSON: it ends too early.");
     }
     if (error != json_tokener_success) {
         const auto line =
             std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end), '\n') + 1;
-        refuse(fmt::format("this is no JSON text: {} in line {}.", json_tokener_error_desc(error),
-                           line));
+        refuse(fmt::format("not valid JSON: {} in line {}.", json_tokener_error_desc(error), line));
     }
-    if (!is_blank(text.substr(end))) refuse("there is more text after the end of the JSON text.");
+    if (!is_blank(text.substr(end))) refuse("not valid JSON: there is more text after its end.");
     return parsed;
 }
 
@@ -52,7 +74,7 @@ json_object* require_list(const Json& document) {
                          json_object_object_get_ex(document.get(), list_key, &list) != 0 &&
                          json_object_is_type(list, json_type_array) != 0;
     if (!is_ours) {
-        refuse("this is not a text that \"qvtcctl connection export\" has written.");
+        refuse("this was not written by \"qvtcctl connection export\".");
     }
     json_object_object_get_ex(document.get(), version_key, &version);
     if (json_object_get_int(version) != format_version) {
@@ -66,7 +88,7 @@ json_object* require_list(const Json& document) {
 std::string value_of(json_object* member, const std::string& field) {
     if (json_object_is_type(member, json_type_string) == 0 &&
         json_object_is_type(member, json_type_int) == 0) {
-        refuse(fmt::format("{} is neither a text nor a whole number.", field));
+        refuse(fmt::format("{} must be a text or a whole number.", field));
     }
     const char* text = json_object_get_string(member);
     const bool is_text = json_object_is_type(member, json_type_string) != 0;
@@ -84,14 +106,14 @@ const ConnectionType& type_in(json_object* map) {
 void require_id_of(const ConnectionType& type, const std::string& text) {
     const std::optional<unsigned> id = parse_number(text);
     if (id && first_id(type) <= *id && *id <= last_id(type)) return;
-    refuse(fmt::format("id \"{}\" is not one of the type {}: these are {} to {}.", printable(text),
-                       type.name, first_id(type), last_id(type)));
+    refuse(fmt::format("id \"{}\" does not belong to the type {}, whose ids are {} to {}.",
+                       printable(text), type.name, first_id(type), last_id(type)));
 }
 
 Incoming parse_connection(json_object* map, Strictness strictness) {
     if (json_object_is_type(map, json_type_object) == 0) refuse("it is not a JSON object.");
     const ConnectionType& type = type_in(map);
-    Record record;
+    Record record = strictness == Strictness::whole ? new_record(type) : Record();
     json_object_iterator member = json_object_iter_begin(map);
     const json_object_iterator end = json_object_iter_end(map);
     for (; json_object_iter_equal(&member, &end) == 0; json_object_iter_next(&member)) {
@@ -108,6 +130,22 @@ Incoming parse_connection(json_object* map, Strictness strictness) {
     record.set_identity(record.id(), type);
     if (strictness == Strictness::whole) require_usable(type, record);
     return {&type, std::move(record)};
+}
+
+/// Whether the text was written without the passwords that its connections have.
+bool leaves_passwords_out(const Json& document) {
+    json_object* passwords = nullptr;
+    return json_object_object_get_ex(document.get(), passwords_key, &passwords) != 0 &&
+           json_object_is_type(passwords, json_type_boolean) != 0 &&
+           json_object_get_boolean(passwords) == 0;
+}
+
+/// The record with the passwords of the stored one that it would replace, where it has none.
+Record with_passwords_of(Record record, const Record& stored) {
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        if (fields[i].kind == Kind::password && record[i].empty()) record[i] = stored[i];
+    }
+    return record;
 }
 
 void require_different_ids(const std::vector<Incoming>& incoming) {
@@ -145,7 +183,9 @@ std::optional<ImportStep> step_with_own_id(const Incoming& connection, const Sto
     const auto found = stored.find(*id);
     if (found == stored.end()) return step;
     step.previous = *found->second;
-    if (*found->second == connection.record) {
+    if (connection.passwords_left_out)
+        step.record = with_passwords_of(std::move(step.record), *found->second);
+    if (*found->second == step.record) {
         step.action = Action::keep;
         return step;
     }
@@ -180,6 +220,7 @@ std::string exported_text(const std::vector<Record>& records, bool with_password
     Json document = json_map();
     add(document, format_key, format_name);
     add_number(document, version_key, format_version);
+    if (!with_passwords) add_flag(document, passwords_key, false);
     add(document, list_key, std::move(list));
     return to_text(document);
 }
@@ -187,11 +228,13 @@ std::string exported_text(const std::vector<Record>& records, bool with_password
 std::vector<Incoming> parse_import(std::string_view text, Strictness strictness) {
     const Json document = parse_json(text);
     json_object* list = require_list(document);
+    const bool passwords_left_out = leaves_passwords_out(document);
     std::vector<Incoming> incoming;
     for (std::size_t i = 0; i < json_object_array_length(list); ++i) {
         json_object* connection = json_object_array_get_idx(list, i);
         try {
             incoming.push_back(parse_connection(connection, strictness));
+            incoming.back().passwords_left_out = passwords_left_out;
         } catch (const Refusal& refusal) {
             const std::string name = text_member(connection, "name");
             throw Refusal(refusal.code(),

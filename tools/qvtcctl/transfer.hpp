@@ -17,6 +17,7 @@ std::string exported_text(const std::vector<Record>& records, bool with_password
 struct Incoming {
     const ConnectionType* type;
     Record record;
+    bool passwords_left_out = false; ///< it replaces no stored password by none
 };
 
 /// Reads such a text. Refuses what is no such text, unknown fields, values against the rules,

@@ -40,23 +40,23 @@ bool is_choice(std::string_view choices, std::string_view value) {
 std::string fault_in_address(std::string_view value) {
     if (value.size() < shortest_address) {
         return fmt::format("has {} characters, and an address needs at least {}. Give the "
-                           "server's full name or its number.",
+                           "server's full name or its IP address.",
                            value.size(), shortest_address);
     }
-    if (value.front() == '-') return "begins with \"-\", which no address does.";
-    if (has_blank(value)) return "holds a blank, which no address does. Leave it out.";
+    if (value.front() == '-') return "begins with \"-\", which an address must not.";
+    if (has_blank(value)) return "contains a blank, which an address must not. Leave it out.";
     return "";
 }
 
 std::string fault_in_hex(std::string_view value) {
     if (text_of_hexadecimal(value)) return "";
-    return fmt::format("is not hexadecimal text. For a desktop of this name write {}.",
+    return fmt::format("is not hexadecimal text. For a desktop of this name, write {}.",
                        hexadecimal_of(value));
 }
 
 std::string fault_in_stored_password(const ConnectionType& type, std::string_view value) {
     if (readable_password(type, value)) return "";
-    return "is not in the stored form (base64 with \"=\" written \"+\", and \"+\" written \"-\"). "
+    return "is not in the stored form (base64 with \"+\" for \"=\" and \"-\" for \"+\"). "
            "Give the password with \"qvtcctl connection set\" instead.";
 }
 
@@ -69,11 +69,11 @@ std::string fault_of_kind(const Field& field, const ConnectionType& type, std::s
         return fault_in_address(value);
     case Kind::on_off:
         if (value == "on" || value == "off") return "";
-        return "is not a switch. Write on or off.";
+        return "must be on or off.";
     case Kind::port: {
         const std::optional<unsigned> port = parse_number(value);
         if (port && *port >= 1 && *port <= 65535 && value.front() != '0') return "";
-        return "is not a port. Give a whole number from 1 to 65535.";
+        return "is not a valid port. Give a number from 1 to 65535.";
     }
     case Kind::password:
         return fault_in_stored_password(type, value);
@@ -85,7 +85,7 @@ std::string fault_of_kind(const Field& field, const ConnectionType& type, std::s
         for (std::size_t at = 0; (at = choices.find('|', at)) != std::string::npos;) {
             choices.replace(at, 1, ", ");
         }
-        return fmt::format("is not one of {}. Write one of these.", choices);
+        return fmt::format("must be one of {}.", choices);
     }
     }
     return "";
@@ -102,7 +102,7 @@ std::string as_the_client_gets_it(const Field& field, const ConnectionType& type
 std::string fault_for_unquoted_use(const Field& field, const ConnectionType& type,
                                    std::string_view text) {
     if (!contains(field.used_by & field.bare_in, type) || !has_blank(text)) return "";
-    return fmt::format("holds a blank, and the {} client, which gets it unquoted, would take it "
+    return fmt::format("contains a blank, and the {} client, which gets it unquoted, would take it "
                        "for two options. Choose one without blanks.",
                        type.title);
 }
@@ -111,15 +111,15 @@ std::string fault_in_password(const Field& field, const ConnectionType& type,
                               std::string_view password) {
     const std::size_t longest = longest_password(type);
     if (password.empty()) {
-        return fmt::format("is empty. To remove a stored one, write {}= instead.", field.name);
+        return fmt::format("is empty. To remove a stored one, give {}= instead.", field.name);
     }
     if (password.size() > longest) {
         return fmt::format(
-            "has {} bytes, and for the type {} it may have {}. Choose a shorter one.",
+            "has {} bytes, and the limit for the type {} is {}. Choose a shorter one.",
             password.size(), type.name, longest);
     }
-    if (!is_utf8(password)) return "is not UTF-8 text. Write it in UTF-8.";
-    if (has_control(password)) return "holds a control character. Choose one without.";
+    if (!is_utf8(password)) return "is not valid UTF-8.";
+    if (has_control(password)) return "contains a control character. Choose one without.";
     std::string fault = fault_in_carrying(stored_password(type, password));
     if (!fault.empty()) return fault;
     return fault_for_unquoted_use(field, type, password);
@@ -129,17 +129,17 @@ std::string fault_in_password(const Field& field, const ConnectionType& type,
 
 std::string fault_in_carrying(std::string_view value) {
     if (value.size() > longest_value) {
-        return fmt::format("has {} bytes, and a field holds {}. Shorten it.", value.size(),
+        return fmt::format("has {} bytes, and the limit is {}. Shorten it.", value.size(),
                            longest_value);
     }
-    if (!is_utf8(value)) return "is not UTF-8 text. Write it in UTF-8.";
-    if (has_control(value)) return "holds a control character. Leave it out.";
+    if (!is_utf8(value)) return "is not valid UTF-8.";
+    if (has_control(value)) return "contains a control character. Leave it out.";
     const std::size_t at = value.find_first_of(uncarried);
     if (at != std::string_view::npos) {
-        return fmt::format("holds {}, which cannot be stored. Leave it out.",
+        return fmt::format("contains {}, which cannot be stored. Leave it out.",
                            value[at] == '"' ? "a double quote" : fmt::format("\"{}\"", value[at]));
     }
-    if (!value.empty() && is_blank(value)) return "holds only blanks, which are not kept.";
+    if (!value.empty() && is_blank(value)) return "contains only blanks, which are not kept.";
     return "";
 }
 

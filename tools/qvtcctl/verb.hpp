@@ -26,11 +26,20 @@ struct Context {
 
 /// What a verb has to say at its end.
 struct Answer {
+    /// Adds a note, also to the "notes" of the JSON form.
+    void add_note(const std::string& note);
+
     std::string text;               ///< for a person, on standard output
     Json json;                      ///< the same for a program, in place of the text
     ExitCode code = ExitCode::done; ///< with another one, "error" is said too
     std::string error;              ///< for a person, on standard error
     std::vector<std::string> notes; ///< things to know, on standard error
+};
+
+/// Whether a verb makes sense while the settings document cannot be read.
+enum class Settings {
+    needed,    ///< no: it is refused, and the refusal says what to do
+    not_needed ///< yes: it runs, and a note tells of the document
 };
 
 using Run = std::function<Answer(const Context&)>;
@@ -42,6 +51,7 @@ struct Verb {
     std::string_view description; ///< whole sentences, for its help
     std::string_view examples;    ///< lines that can be typed
     Run (*define)(CLI::App&);     ///< adds its options and arguments
+    Settings settings = Settings::needed;
 };
 
 /// Commands that share a first word; with an empty name they stand alone.

@@ -4,6 +4,17 @@
 
 namespace qvtc::qvtcctl {
 
+void Answer::add_note(const std::string& note) {
+    notes.push_back(note);
+    if (!json || json_object_is_type(json.get(), json_type_object) == 0) return;
+    json_object* list = nullptr;
+    if (json_object_object_get_ex(json.get(), "notes", &list) == 0) {
+        list = json_object_new_array();
+        json_object_object_add(json.get(), "notes", list);
+    }
+    json_object_array_add(list, json_text(note).release());
+}
+
 std::span<const Group> groups() {
     static const auto table = std::to_array<Group>({
         {"connection", "The stored connections", connection_verbs()},

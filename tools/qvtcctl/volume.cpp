@@ -1,12 +1,16 @@
+#include "qvtcctl/notes.hpp"
+#include "qvtcctl/program.hpp"
 #include "qvtcctl/quiet.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/sound_cards.hpp"
 #include "qvtcctl/sound_verbs.hpp"
+#include "qvtcctl/stored_setting.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
 #include "qvtcctl/types.hpp"
 
 #include <algorithm>
+#include <array>
 #include <memory>
 
 #include <CLI/CLI.hpp>
@@ -21,112 +25,156 @@ constexpr unsigned full_volume = 100;
 // A card rounds to its own steps; further off than this, it has not taken the value.
 constexpr unsigned rounding = 10;
 
-struct Volumes {
-    unsigned playback = 0;
-    unsigned capture = 0;
+/// A volume of its own. The controls are those that the library looks for, in its order.
+struct Channel {
+    const char* name;
+    const char* title;
+    const char* member; ///< of the library's answer, and its parameter
+    const char* setting;
+    std::array<const char*, 2> controls;
 };
 
+constexpr Channel playback{
+    "playback", "Playback: ", "playVolume", setting_key::playback_volume, {"Master", "Speaker"}};
+constexpr Channel capture{
+    "capture", "Capture:  ", "micVolume", setting_key::capture_volume, {"Mic", "Capture"}};
+
 struct Wish {
+    const Channel& channel;
     std::string words;
     std::optional<unsigned> percent;
 };
 
-void require_percentage(Wish& wish, std::string_view what) {
+void require_percentage(Wish& wish) {
     wish.percent = parse_number(wish.words);
     if (wish.percent && *wish.percent <= full_volume) return;
-    throw Refusal(
-        ExitCode::bad_usage,
-        fmt::format("the {} volume \"{}\" is no percentage. Give a whole number from 0 to "
-                    "{}.",
-                    what, printable(wish.words), full_volume));
+    throw Refusal(ExitCode::bad_usage,
+                  fmt::format("{} volume \"{}\" must be a whole number from 0 to {}.",
+                              wish.channel.name, printable(wish.words), full_volume));
 }
 
-unsigned percentage(const Json& volumes, const char* member) {
-    return parse_number(text_member(volumes.get(), member)).value_or(0);
+bool is_onboard(const SoundCard& card) { return card.kind == CardKind::onboard; }
+
+/// Whether the card from which the library reads reports this volume: where it reports none, the
+/// library answers 0.
+bool is_reported(const Channel& channel, const std::vector<SoundCard>& cards) {
+    const auto onboard = std::find_if(cards.begin(), cards.end(), is_onboard);
+    const unsigned card = onboard == cards.end() ? 0 : onboard->number;
+    for (const char* const control : channel.controls) {
+        const auto answer =
+            run_program({"amixer", "-c", std::to_string(card), "sget", control}, "LC_ALL=C");
+        if (answer && answer->succeeded) return answer->text.find("%]") != std::string::npos;
+    }
+    return false;
 }
 
-Volumes volumes_now(Chatter chatter) {
-    Json volumes;
+Json volumes_now(Chatter chatter) {
+    const Quiet quiet(chatter);
+    return Json(qvgetvolume());
+}
+
+/// Nothing when no card reports it.
+std::optional<unsigned> percentage(const Json& volumes, const Channel& channel,
+                                   const std::vector<SoundCard>& cards) {
+    if (!volumes) throw Refusal(ExitCode::not_done, "the volumes could not be read.");
+    const unsigned percent = parse_number(text_member(volumes.get(), channel.member)).value_or(0);
+    if (percent == 0 && !is_reported(channel, cards)) return std::nullopt;
+    return percent;
+}
+
+void require_stored(const Wish& wish, const LogMark& log, Chatter chatter) {
+    if (!wish.percent) return;
+    if (stored_setting(wish.channel.setting, chatter) == std::to_string(*wish.percent)) return;
+    throw not_taken(fmt::format("the {} volume was not stored", wish.channel.name), log);
+}
+
+void set_volumes(const std::array<Wish*, 2>& wishes, Chatter chatter) {
+    const LogMark log{std::string(system_log)};
+    std::string params;
+    for (const Wish* const wish : wishes) {
+        if (!wish->percent) continue;
+        params +=
+            fmt::format("{}{}={}", params.empty() ? "" : "&", wish->channel.member, *wish->percent);
+    }
     {
         const Quiet quiet(chatter);
-        volumes.reset(qvgetvolume());
+        qvsetvolume(params.c_str());
     }
-    if (!volumes) throw Refusal(ExitCode::not_done, "the volumes could not be read.");
-    return {percentage(volumes, "playVolume"), percentage(volumes, "micVolume")};
+    for (const Wish* const wish : wishes) require_stored(*wish, log, chatter);
 }
 
-void set_volumes(const Wish& playback, const Wish& capture, Chatter chatter) {
-    std::string params;
-    if (playback.percent) params = fmt::format("playVolume={}", *playback.percent);
-    if (capture.percent) {
-        params += fmt::format("{}micVolume={}", params.empty() ? "" : "&", *capture.percent);
-    }
-    const Quiet quiet(chatter);
-    qvsetvolume(params.c_str());
-}
-
-/// Whether there is a card from which the library reads volumes.
-bool can_be_read() {
-    const std::vector<SoundCard> cards = sound_cards();
-    return cards.empty() || std::any_of(cards.begin(), cards.end(), [](const SoundCard& card) {
-               return card.kind == CardKind::onboard;
-           });
+Refusal not_accepted(const Channel& channel, const std::string& why) {
+    return Refusal(ExitCode::not_done,
+                   fmt::format("the {} volume was stored for the next start, but {}. \"qvtcctl "
+                               "sound show\" lists the cards, and \"amixer\" what each can do.",
+                               channel.name, why));
 }
 
 /// What is to be said of a volume that was read back; empty when it is as it was wished. Refuses
-/// one that was not taken.
-std::string judge(const Wish& wish, unsigned now, std::string_view what) {
-    if (!wish.percent || *wish.percent == now) return "";
-    const unsigned difference = std::max(*wish.percent, now) - std::min(*wish.percent, now);
-    if (difference <= rounding) {
-        return fmt::format("The card has no step at {} %, so the {} volume is {} %.", *wish.percent,
-                           what, now);
+/// one that no card has accepted.
+std::string judge(const Wish& wish, std::optional<unsigned> now,
+                  const std::vector<SoundCard>& cards) {
+    if (!wish.percent || wish.percent == now) return "";
+    if (cards.empty()) throw not_accepted(wish.channel, "there is no sound card");
+    if (!now && std::none_of(cards.begin(), cards.end(), is_onboard)) {
+        return fmt::format("the {} volume was stored. It can be read back only from an onboard "
+                           "card, and there is none.",
+                           wish.channel.name);
     }
-    throw Refusal(ExitCode::not_done,
-                  fmt::format("the {} volume was stored, but the sound card did not take it: it "
-                              "tells {} %, not {} %. \"qvtcctl sound show\" lists the cards, and "
-                              "\"amixer\" what each can do.",
-                              what, now, *wish.percent));
+    if (!now) throw not_accepted(wish.channel, "the sound card has no such volume");
+    const unsigned difference = std::max(*wish.percent, *now) - std::min(*wish.percent, *now);
+    if (difference <= rounding) {
+        return fmt::format("the card has no step at {} %, so the {} volume is {} %.", *wish.percent,
+                           wish.channel.name, *now);
+    }
+    throw not_accepted(wish.channel,
+                       fmt::format("the sound card is at {} %, not {} %", *now, *wish.percent));
 }
 
-std::vector<std::string> notes_on(const Wish& playback, const Wish& capture, const Volumes& now) {
-    if (!can_be_read()) {
-        return {"Volumes are read from the onboard card, and there is none: what was set on the "
-                "USB card cannot be read back."};
+std::string shown(std::optional<unsigned> percent) {
+    return percent ? fmt::format("{} %", *percent) : "unknown";
+}
+
+void show(const Answer& answer, const Channel& channel, std::optional<unsigned> percent) {
+    if (percent) {
+        add_number(answer.json, channel.name, *percent);
+    } else {
+        add(answer.json, channel.name, Json());
     }
-    std::vector<std::string> notes = {judge(playback, now.playback, "playback"),
-                                      judge(capture, now.capture, "capture")};
-    std::erase(notes, "");
-    return notes;
 }
 
 } // namespace
 
 Run define_volume(CLI::App& app) {
-    auto playback = std::make_shared<Wish>();
-    auto capture = std::make_shared<Wish>();
-    const CLI::Option* const play =
-        app.add_option("--playback", playback->words, "what is heard, 0 to 100")
-            ->option_text("PERCENT");
-    const CLI::Option* const record =
-        app.add_option("--capture", capture->words, "what is recorded, 0 to 100")
-            ->option_text("PERCENT");
+    auto play = std::make_shared<Wish>(Wish{playback, "", std::nullopt});
+    auto record = std::make_shared<Wish>(Wish{capture, "", std::nullopt});
+    const std::array options{
+        app.add_option("--playback", play->words, "playback volume, 0 to 100"),
+        app.add_option("--capture", record->words, "capture volume, 0 to 100")};
+    for (CLI::Option* const option : options) option->option_text("PERCENT");
     return [=](const Context& context) {
-        if (play->count() > 0) require_percentage(*playback, "playback");
-        if (record->count() > 0) require_percentage(*capture, "capture");
+        const std::array wishes{play.get(), record.get()};
+        for (std::size_t i = 0; i < wishes.size(); ++i) {
+            if (options[i]->count() > 0) require_percentage(*wishes[i]);
+        }
         require_terminal();
-        const bool changes = playback->percent || capture->percent;
-        if (changes) set_volumes(*playback, *capture, context.chatter());
-        const Volumes now = volumes_now(context.chatter());
+        const bool changes = play->percent || record->percent;
+        if (changes) set_volumes(wishes, context.chatter());
+        const std::vector<SoundCard> cards = sound_cards();
+        const Json volumes = volumes_now(context.chatter());
         Answer answer;
-        if (changes) answer.notes = notes_on(*playback, *capture, now);
-        answer.text = fmt::format("Playback: {} %\nCapture:  {} %\n", now.playback, now.capture);
+        std::vector<std::string> notes;
         answer.json = json_map();
-        add_number(answer.json, "playback", now.playback);
-        add_number(answer.json, "capture", now.capture);
-        Json notes = json_list();
-        for (const std::string& note : answer.notes) append(notes, json_text(note));
-        add(answer.json, "notes", std::move(notes));
+        for (const Wish* const wish : wishes) {
+            const auto now = percentage(volumes, wish->channel, cards);
+            answer.text += wish->channel.title + shown(now) + "\n";
+            show(answer, wish->channel, now);
+            std::string note = judge(*wish, now, cards);
+            if (note.empty() && !now)
+                note = fmt::format("no sound card reports its {} volume.", wish->channel.name);
+            if (!note.empty()) notes.push_back(std::move(note));
+        }
+        add_notes(answer, std::move(notes));
         return answer;
     };
 }

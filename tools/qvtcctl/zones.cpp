@@ -64,15 +64,14 @@ Zone require_zone(std::string_view name) {
         const std::size_t slash = name.find('/');
         return {std::string(name.substr(0, slash)), std::string(name.substr(slash + 1))};
     }
-    std::string message =
-        fmt::format("time zone \"{}\" is none that this terminal has.", printable(name));
+    std::string message = fmt::format("unknown time zone \"{}\".", printable(name));
     const std::vector<std::string> nearest = nearest_zones(name, known);
     if (known.empty()) {
-        message += fmt::format(" There is no zone data in {}.", zone_directory);
+        message += fmt::format(" There is no time zone data in {}.", zone_directory);
     } else if (nearest.empty()) {
         message += " Give a region and a city, such as Europe/Vienna.";
     } else {
-        message += fmt::format(" The nearest are: {}.", fmt::join(nearest, ", "));
+        message += fmt::format(" Did you mean one of: {}?", fmt::join(nearest, ", "));
     }
     throw Refusal(ExitCode::bad_usage, message);
 }

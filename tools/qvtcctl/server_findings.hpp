@@ -1,0 +1,37 @@
+#pragma once
+
+#include "qvtcctl/certificate.hpp"
+#include "qvtcctl/finding.hpp"
+#include "qvtcctl/rdp_security.hpp"
+#include "qvtcctl/server_address.hpp"
+#include "qvtcctl/server_probe.hpp"
+
+#include <ctime>
+#include <optional>
+
+namespace qvtc::qvtcctl {
+
+/// What was found of a server, or a gateway.
+struct ServerFacts {
+    ServerAddress address;
+    Resolution resolution;
+    std::optional<PortAnswer> answer;       ///< nothing when it was not asked
+    std::optional<RdpSecurity> security;    ///< nothing when it is not asked for RDP
+    std::optional<Certificate> certificate; ///< nothing when there was none to be had
+};
+
+/// Whether the client would get to see a certificate of the server's.
+bool shows_certificate(const ServerFacts& facts);
+
+/// What a server is looked at for.
+struct ServerRole {
+    const ConnectionType& type;
+    unsigned id = 0;
+    std::string_view field; ///< the one that holds its address
+    std::time_t now = 0;
+};
+
+/// Its name, its port, its security and its certificate, as far as one leads to the next.
+Findings findings_on_server(const ServerRole& role, const ServerFacts& facts);
+
+} // namespace qvtc::qvtcctl

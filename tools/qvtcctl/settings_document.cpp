@@ -1,0 +1,111 @@
+#include "qvtcctl/settings_document.hpp"
+
+#include "qvtcctl/input_file.hpp"
+#include "qvtcctl/refusal.hpp"
+#include "qvtcctl/text.hpp"
+
+#include <climits>
+#include <filesystem>
+#include <memory>
+
+#include <fmt/format.h>
+#include <libxml/parser.h>
+#include <unistd.h>
+
+namespace qvtc::qvtcctl {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view root_element = "ThinClientConfig";
+constexpr int silent = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+
+struct Release {
+    void operator()(xmlParserCtxt* context) const { xmlFreeParserCtxt(context); }
+    void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
+};
+using Parser = std::unique_ptr<xmlParserCtxt, Release>;
+using Document = std::unique_ptr<xmlDoc, Release>;
+
+/// Where the text stops being XML, and why; empty when it does not.
+std::string parse_error(const std::string& text) {
+    const Parser parser(xmlNewParserCtxt());
+    if (!parser) return "out of memory";
+    const Document whole(xmlCtxtReadMemory(parser.get(), text.data(), static_cast<int>(text.size()),
+                                           nullptr, "UTF-8", silent));
+    if (whole) return "";
+    const xmlError* error = xmlCtxtGetLastError(parser.get());
+    if (error == nullptr || error->message == nullptr) return "it is not XML";
+    return fmt::format("line {}: {}", error->line, printable(trimmed(error->message)));
+}
+
+/// The name of the root element of what can be read of the text; empty when nothing can.
+std::string root_name(const std::string& text) {
+    const Document recovered(xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr,
+                                           "UTF-8", silent | XML_PARSE_RECOVER));
+    const xmlNode* root = recovered ? xmlDocGetRootElement(recovered.get()) : nullptr;
+    return root == nullptr ? "" : reinterpret_cast<const char*>(root->name);
+}
+
+DocumentFault unreadable(const std::string& why) {
+    return {fmt::format("the settings document {} cannot be read: {}. Restore a backup with "
+                        "\"qvtcctl connection import FILE\", which keeps the damaged document "
+                        "under another name; or move it away to begin a new one.",
+                        settings_document, why),
+            false};
+}
+
+DocumentFault damaged(const std::string& why) {
+    return {fmt::format("the settings document {} is damaged: {}. Settings after that point are "
+                        "missing, and the next change makes the loss permanent. Compare \"qvtcctl "
+                        "connection list\" with a backup, and restore it with \"qvtcctl connection "
+                        "import --replace FILE\".",
+                        settings_document, why),
+            true};
+}
+
+std::optional<DocumentFault> fault_in_text(const std::string& text) {
+    if (text.empty()) return std::nullopt; // the next change begins it
+    if (text.size() > INT_MAX) return unreadable("it is too large");
+    const std::string why = parse_error(text);
+    const std::string root = root_name(text);
+    if (root == root_element) return why.empty() ? std::nullopt : std::optional(damaged(why));
+    if (!why.empty()) return unreadable(why);
+    return unreadable(
+        fmt::format("its root element is \"{}\" and not \"{}\"", printable(root), root_element));
+}
+
+/// The first of the names NAME.damaged, NAME.damaged-2, ... that is free.
+fs::path free_name(const fs::path& target) {
+    fs::path name = target.string() + ".damaged";
+    for (int number = 2; fs::exists(fs::symlink_status(name)); ++number)
+        name = fmt::format("{}.damaged-{}", target.string(), number);
+    return name;
+}
+
+} // namespace
+
+std::optional<DocumentFault> fault_in_settings_document() {
+    const fs::path path(settings_document);
+    std::error_code ignored;
+    if (geteuid() != 0 || fs::is_character_file(path, ignored)) return std::nullopt;
+    const InputFile file(path);
+    if (file.is_missing()) return std::nullopt;
+    if (!file.is_open()) return unreadable(file.fault());
+    return fault_in_text(file.read_from(0, file.size()));
+}
+
+std::string set_unreadable_document_aside() {
+    const std::optional<DocumentFault> fault = fault_in_settings_document();
+    if (!fault || fault->partly) return "";
+    std::error_code error;
+    // A link stays, and what it leads to is begun anew.
+    const fs::path target = fs::canonical(settings_document, error);
+    const fs::path kept = error ? fs::path() : free_name(target);
+    if (!error) fs::rename(target, kept, error);
+    if (!error) return kept;
+    throw Refusal(ExitCode::not_done, fmt::format("{} It could not be moved away: {}.",
+                                                  fault->message, error.message()));
+}
+
+} // namespace qvtc::qvtcctl

@@ -48,29 +48,29 @@ class DoctorJourney : public Journey {
 TEST_F(DoctorJourney, TrustsACertificateThatTheTerminalTrusts) {
     serve("pages.lan", 100);
     const std::string line = told("SSL_CERT_FILE=/tmp/certificate.pem");
-    EXPECT_TRUE(line.starts_with("  ok       certificate  That of CN = pages.lan, valid until "))
+    EXPECT_TRUE(line.starts_with("  ok       certificate  It is trusted, and valid until "))
         << line;
 }
 
 TEST_F(DoctorJourney, WarnsOfOneThatItDoesNot) {
     serve("pages.lan", 100);
     const std::string line = told();
-    EXPECT_TRUE(line.starts_with("  warning  certificate  That of CN = pages.lan, valid until "))
+    EXPECT_TRUE(line.starts_with("  warning  certificate  It is not trusted: self-signed "
+                                 "certificate. Issued to CN = pages.lan, valid until "))
         << line;
-    EXPECT_NE(line.find(" is not trusted: self-signed certificate."), std::string::npos) << line;
 }
 
 TEST_F(DoctorJourney, WarnsOfOneForAnotherName) {
     serve("other.lan", 100);
     const std::string line = told("SSL_CERT_FILE=/tmp/certificate.pem");
-    EXPECT_NE(line.find(" is not trusted: hostname mismatch."), std::string::npos) << line;
+    EXPECT_TRUE(line.starts_with("  warning  certificate  It is not trusted: hostname mismatch."))
+        << line;
 }
 
 TEST_F(DoctorJourney, WarnsOfOneThatExpiresSoon) {
     serve("pages.lan", 10);
     const std::string line = told("SSL_CERT_FILE=/tmp/certificate.pem");
-    EXPECT_TRUE(line.starts_with("  warning  certificate  That of CN = pages.lan expires in "))
-        << line;
+    EXPECT_TRUE(line.starts_with("  warning  certificate  It expires in ")) << line;
 }
 
 TEST_F(DoctorJourney, SaysThatAServerSpeaksNoTls) {

@@ -49,7 +49,7 @@ const Failure failures[] = {
     {"LogonFailure", nullptr, refuse_logon(0xc000006d),
      {{"username", "demo"}, {"password", stored_password("wrong")}, {"useCustomRDPPort", "on"}, {"rdpPort", "PORT"}},
      "STATUS_LOGON_FAILURE", nullptr},
-    {"GatewayRefusesTheUser", nullptr, refuse_gateway_user,
+    {"GatewayRefusesTheUser", nullptr, answer_with_status("401 Unauthorized"),
      {{"username", "demo"}, {"domain", "D"}, {"useRdGateway", "on"}, {"rdGatewayAddress", "127.0.0.1:PORT"},
       {"rdGatewayDomain", "GD"}, {"rdGatewayPassword", stored_password("wrong")}},
      "Protocol Security Negotiation Failure", "Error: protocol security"},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -13,8 +14,8 @@ class FaultyServer {
   public:
     using Behaviour = std::function<void(int socket)>;
 
-    /// Takes a free port. Throws std::runtime_error when there is none.
-    explicit FaultyServer(Behaviour behaviour);
+    /// Takes that port, or a free one. Throws std::runtime_error when it cannot.
+    explicit FaultyServer(Behaviour behaviour, std::uint16_t port = 0);
     ~FaultyServer();
     FaultyServer(const FaultyServer&) = delete;
     FaultyServer& operator=(const FaultyServer&) = delete;
@@ -37,7 +38,27 @@ void reset_connection(int socket);
 /// Goes as far as the logon and refuses it with this NTSTATUS.
 FaultyServer::Behaviour refuse_logon(std::uint32_t status);
 
-/// A gateway that finds no user in the request.
-void refuse_gateway_user(int socket);
+/// A gateway, or whatever else speaks HTTP, that answers each request with a status such as
+/// "401 Unauthorized".
+FaultyServer::Behaviour answer_with_status(const std::string& status);
+
+/// What is written into a self-signed certificate.
+struct ShownCertificate {
+    std::string common_name = "127.0.0.1";
+    std::string organisation;
+    std::string begins = "20200101000000Z";
+    std::string expires = "20991231235959Z";
+};
+
+/// Shows a certificate and hangs up.
+FaultyServer::Behaviour show_certificate(const ShownCertificate& shown);
+
+/// An RDP server that takes these security protocols only (1: TLS, 2: network-level
+/// authentication; RDP's own, when "old_rdp"), and shows a certificate when one of them is chosen.
+FaultyServer::Behaviour negotiate_security(unsigned char taken, bool old_rdp,
+                                           const ShownCertificate& shown = {});
+
+/// Passes everything on to a port of 127.0.0.1 and back, from so long after the beginning on.
+FaultyServer::Behaviour relay_late(const std::string& port, std::chrono::seconds delay);
 
 } // namespace qvtc::test

@@ -167,12 +167,69 @@ TEST_F(NetworkJourney, TheToolSetsAndShowsIt) {
               "eth0 has the address 192.168.77.20, mask 255.255.255.0, gateway 192.168.77.1, name "
               "server 192.168.77.1.\n");
     EXPECT_EQ(output_of(QVTC_CONTROL " network route").text,
-              "eth0 carries a default route, by 192.168.77.1.\n");
+              "eth0 carries a default route via 192.168.77.1.\n");
     const Output lease = output_of(QVTC_CONTROL " network set eth0 dhcp 2>&1");
     EXPECT_EQ(lease.status, 0) << lease.text;
-    EXPECT_TRUE(lease.text.ends_with(", mask 255.255.255.0, gateway 192.168.77.1, name server "
+    EXPECT_TRUE(lease.text.ends_with(", mask 255.255.255.0, gateway 192.168.77.1, name servers "
                                      "192.168.77.1 and 192.168.77.2.\n"))
         << lease.text;
+}
+
+// --- A manager of its own ---------------------------------------------------------------------
+
+/// The real NetworkManager, which manages every port that it is not told to leave alone.
+class ManagedNetworkJourney : public NetworkJourney {
+  protected:
+    void SetUp() override {
+        NetworkJourney::SetUp();
+        if (IsSkipped() || HasFatalFailure()) return;
+        for (const char* const program : {"NetworkManager", "nmcli", "dbus-daemon"}) {
+            QVTC_NEED_PROGRAM(program);
+        }
+        std::filesystem::remove("/usr/local/bin/nmcli"); // the real one answers
+        std::filesystem::create_directories("/run/dbus");
+        write_file("/run/dbus/manager.conf",
+                   "<busconfig><type>system</type><auth>EXTERNAL</auth>"
+                   "<listen>unix:path=/run/dbus/system_bus_socket</listen>"
+                   "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+                   "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
+        ASSERT_EQ(output_of("dbus-daemon --config-file=/run/dbus/manager.conf --fork").status, 0);
+    }
+
+    /// Begins it with these lines of configuration, and waits until it knows the port.
+    static void manage(const std::string& lines) {
+        write_file("/run/manager.conf", "[main]\nplugins=keyfile\n" + lines);
+        ASSERT_EQ(output_of("NetworkManager --config=/run/manager.conf --config-dir=/run/none "
+                            "--system-config-dir=/run/none >/run/manager.log 2>&1")
+                      .status,
+                  0);
+        ASSERT_TRUE(wait_until(
+            [] { return output_of("nmcli device show eth0 >/dev/null 2>&1").status == 0; }));
+    }
+
+    static std::string set_static() {
+        return output_of(QVTC_CONTROL " network set eth0 static --address 192.168.77.20 --mask "
+                                      "255.255.255.0 --gateway 192.168.77.1 2>&1")
+            .text;
+    }
+};
+
+constexpr const char* static_sentence =
+    "eth0 has the address 192.168.77.20, mask 255.255.255.0, gateway 192.168.77.1.\n";
+
+TEST_F(ManagedNetworkJourney, APortThatItManagesIsToldAndOneThatItLeavesAloneIsNot) {
+    // Otherwise it would replace the address at once, or a moment later.
+    manage("no-auto-default=*\n");
+    EXPECT_EQ(set_static(),
+              std::string(static_sentence) +
+                  "Note: NetworkManager manages eth0 and may replace these addresses at any time. "
+                  "Let it leave eth0 alone: add \"[keyfile]\" and "
+                  "\"unmanaged-devices=interface-name:eth0\" to a file in "
+                  "/etc/NetworkManager/conf.d, and restart NetworkManager.\n");
+    ASSERT_EQ(output_of("kill $(pgrep -x NetworkManager)").status, 0);
+    ASSERT_TRUE(wait_until([] { return output_of("pgrep -x NetworkManager").status != 0; }));
+    manage("[keyfile]\nunmanaged-devices=interface-name:eth0\n");
+    EXPECT_EQ(set_static(), static_sentence);
 }
 
 // --- Wireless ---------------------------------------------------------------------------------

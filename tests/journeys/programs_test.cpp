@@ -80,7 +80,7 @@ TEST_F(Programs, ControlConnectsReportsAndCancels) {
     EXPECT_TRUE(wait_for_colour(20, 20, remote_ground));
     EXPECT_EQ(output_of(QVTC_CONTROL " status " + number).text,
               "Connection 32 (desk): connected\n");
-    EXPECT_EQ(output_of(QVTC_CONTROL " cancel").text, "Ended the RDP client.\n");
+    EXPECT_EQ(output_of(QVTC_CONTROL " cancel").text, "Ended clients: 1 RDP.\n");
     EXPECT_TRUE(wait_until([] { return !runs("xfreerdp"); }));
 }
 

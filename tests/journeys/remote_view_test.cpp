@@ -96,10 +96,16 @@ TEST_F(RemoteView, IsServedByOneServerHoweverOftenTheFrontEndStarts) {
     ask_for_it("{'vnc':'on','password':''}");
     EXPECT_EQ(qvtcinitapi(), 0);
     ASSERT_TRUE(comes_up());
-    // It goes on in a process of its own, and the one that was started ends.
+    // It goes on in a process and a session of its own, and the one that was started ends.
     const auto servers = [] { return lines_of(output_of("pgrep -x x11vnc").text); };
-    ASSERT_TRUE(wait_until([&] { return servers().size() == 1; }, patience));
-    const std::vector<std::string> server = servers();
+    std::vector<std::string> server;
+    ASSERT_TRUE(wait_until(
+        [&] {
+            server = servers();
+            return server.size() == 1 &&
+                   server == lines_of(output_of("pgrep -x x11vnc -s " + server.front()).text);
+        },
+        patience));
     forget_commands();
     EXPECT_EQ(qvtcinitapi(), 0);
     for (const std::string& command : recorded_commands()) {

@@ -1,5 +1,6 @@
 // VNC sessions with the real viewer, TigerVNC's, and a real server.
 #include "desktop.hpp"
+#include "faulty_server.hpp"
 #include "records.hpp"
 #include "servers.hpp"
 #include "support/support.hpp"
@@ -96,14 +97,14 @@ TEST_F(VncSession, WithAWrongPasswordFailsAndTheReasonIsTold) {
         << output.text;
 }
 
-TEST_F(VncSession, ThatAsksForAPasswordOnTheScreenFailsAndThatIsTold) {
+TEST_F(VncSession, ThatAsksForAPasswordOnTheScreenHasNoOutcomeYet) {
     ASSERT_EQ(output_of("x11vnc -storepasswd secret /tmp/password 2>&1").status, 0);
     serve("-rfbauth /tmp/password -desktop 'vncviewer demo'");
     store_record(QVTC_TYPE_VNC, {{"name", "lab"}, {"serverAddress", "127.0.0.1"}});
-    const Output output = output_of(QVTC_CONTROL " launch --wait 224 2>&1");
-    EXPECT_EQ(output.status, 4);
-    EXPECT_NE(output.text.find("The viewer asks for the server's password on the terminal's "
-                               "screen."),
+    const Output output = output_of(QVTC_CONTROL " launch --wait --timeout 4 224 2>&1");
+    EXPECT_EQ(output.status, 5);
+    EXPECT_NE(output.text.find("connection 224 (lab) has no outcome after 4 s: the client asks for "
+                               "the password on the terminal's screen.\n"),
               std::string::npos)
         << output.text;
     EXPECT_TRUE(has_window("\"VNC authentication\""));
@@ -122,19 +123,60 @@ TEST_F(VncSession, DeliberatelyTakesAStoredPasswordForTheBeginningOfTheAddress) 
     EXPECT_TRUE(viewer_says("unable to resolve host by name"));
 }
 
-// Deliberate: a window counts when its line holds "vncviewer", which this viewer's does not unless
-// the desktop's name does.
-TEST_F(VncSession, DeliberatelyCountsAsFailedWithoutTheWordInItsWindow) {
+// Deliberate: for the watcher a window counts when its line holds "vncviewer", which this viewer's
+// does not unless the desktop's name does. The viewer's own words tell better.
+TEST_F(VncSession, DeliberatelyFailsForTheWatcherWithoutTheWordInItsWindow) {
     serve("-nopw -desktop demo");
     store_record(QVTC_TYPE_VNC, {{"name", "lab"}, {"serverAddress", "127.0.0.1"}});
     const Output output = output_of(QVTC_CONTROL " launch --wait 224 2>&1");
+    EXPECT_EQ(output.status, 0) << output.text;
     EXPECT_TRUE(wait_for_colour(640, 700, remote_ground));
+    EXPECT_EQ(output_of(QVTC_CONTROL " status 224").text, "Connection 224 (lab): connected\n");
+    EXPECT_TRUE(wait_until([] { return watchers_verdict() == verdict_failed; }, patience));
+    EXPECT_EQ(output_of(QVTC_CONTROL " cancel 224").text,
+              "Ended the client of connection 224 (lab).\n");
+    EXPECT_FALSE(has_window("TigerVNC"));
+}
+
+/// The server of another maker, TigerVNC's own.
+class TigerVncServer : public Journey {
+  protected:
+    void SetUp() override {
+        QVTC_NEED_PROGRAM("vncviewer");
+        QVTC_NEED_PROGRAM("Xtigervnc");
+        Journey::SetUp();
+    }
+
+    /// Serves a screen at port 5917; options are those of Xtigervnc, in shell text.
+    static void serve(const std::string& options) {
+        output_of("setsid Xtigervnc :17 -rfbport 5917 -localhost -desktop work " + options +
+                  " >/tmp/vnc-server.log 2>&1 </dev/null &");
+        ASSERT_TRUE(wait_until([] { return answers("5917"); }, patience))
+            << read_file("/tmp/vnc-server.log");
+    }
+};
+
+TEST_F(TigerVncServer, WithItsUsualSecurityAsksForAPassword) {
+    ASSERT_EQ(output_of("echo secret1 | vncpasswd -f >/tmp/password").status, 0);
+    serve("-rfbauth /tmp/password");
+    store_record(QVTC_TYPE_VNC, {{"name", "lab"}, {"serverAddress", "127.0.0.1::5917"}});
+    const Output output = output_of(QVTC_CONTROL " launch --wait --timeout 4 224 2>&1");
+    EXPECT_EQ(output.status, 5) << output.text;
+    EXPECT_NE(output.text.find("the client asks for the password"), std::string::npos);
+    EXPECT_NE(read_file(viewer_log).find("Choosing security type TLSVnc"), std::string::npos);
+    EXPECT_EQ(output_of(QVTC_CONTROL " status 224").text,
+              "Connection 224 (lab): the client asks for the password on the terminal's screen\n");
+}
+
+// Longer than the library's watcher waits.
+TEST_F(TigerVncServer, ThatIsSlowIsWaitedFor) {
+    serve("-SecurityTypes None");
+    const FaultyServer slow(relay_late("5917", std::chrono::seconds(11)));
+    store_record(QVTC_TYPE_VNC, {{"name", "lab"}, {"serverAddress", "127.0.0.1::" + slow.port()}});
+    const Output output = output_of(QVTC_CONTROL " launch --wait 224 2>&1");
+    EXPECT_EQ(output.status, 0) << output.text;
     EXPECT_EQ(watchers_verdict(), verdict_failed);
-    EXPECT_EQ(output.status, 4);
-    EXPECT_NE(output.text.find("The viewer is connected, but its window does not say "
-                               "\"vncviewer\""),
-              std::string::npos)
-        << output.text;
+    output_of(QVTC_CONTROL " cancel");
 }
 
 } // namespace

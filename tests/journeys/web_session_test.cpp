@@ -1,5 +1,6 @@
 // Web sessions with the real browser and a page of this terminal's own.
 #include "desktop.hpp"
+#include "faulty_server.hpp"
 #include "records.hpp"
 #include "servers.hpp"
 #include "support/support.hpp"
@@ -50,6 +51,47 @@ TEST_F(WebSession, ControlSaysThatItIsConnected) {
     store_record(QVTC_TYPE_WEB, {{"name", "page"}, {"serverAddress", "http://127.0.0.1:8080/"}});
     const Output output = output_of(QVTC_CONTROL " launch --wait 288 2>&1");
     EXPECT_EQ(output.status, 0) << output.text;
+}
+
+/// What "launch --wait" and then "status" say of a web connection to that address; the browser
+/// has ended then.
+Output launch_page(const std::string& address, const std::string& options = "") {
+    store_record(QVTC_TYPE_WEB, {{"name", "page"}, {"serverAddress", address}});
+    Output output = output_of(QVTC_CONTROL " launch --wait 288 " + options + " 2>&1");
+    output.text += output_of(QVTC_CONTROL " status 288").text;
+    output_of(QVTC_CONTROL " cancel");
+    return output;
+}
+
+// The browser shows a page of its own then, whose title depends on its language.
+TEST_F(WebSession, ControlSaysWhyThePageIsNotThere) {
+    const Output output = launch_page("http://127.0.0.1:8099/");
+    EXPECT_EQ(output.status, 4);
+    EXPECT_NE(output.text.find("Nothing answered at the server's port."), std::string::npos)
+        << output.text;
+    EXPECT_NE(output.text.find("Connection 288 (page): failed"), std::string::npos) << output.text;
+}
+
+TEST_F(WebSession, ControlSaysThatTheCertificateIsNotTrusted) {
+    output_of("openssl req -x509 -newkey rsa:2048 -nodes -keyout /tmp/key.pem -out /tmp/cert.pem "
+              "-subj /CN=127.0.0.1 -days 2 2>&1; setsid openssl s_server -quiet -www -accept 8443 "
+              "-key /tmp/key.pem -cert /tmp/cert.pem >/tmp/tls.log 2>&1 </dev/null &");
+    ASSERT_TRUE(wait_until([] { return answers("8443"); }, patience));
+    const Output output = launch_page("https://127.0.0.1:8443/");
+    EXPECT_EQ(output.status, 4);
+    EXPECT_NE(output.text.find("The server's certificate is self-signed"), std::string::npos)
+        << output.text;
+}
+
+TEST_F(WebSession, ControlDoesNotTakeASlowPageForOneThatIsThere) {
+    start_web_server("8080");
+    const FaultyServer slow(relay_late("8080", std::chrono::seconds(10)));
+    const Output output = launch_page("http://127.0.0.1:" + slow.port() + "/", "--timeout 6");
+    EXPECT_EQ(output.status, 5) << output.text;
+    EXPECT_NE(
+        output.text.find("Connection 288 (page): the client runs, waiting for the connection"),
+        std::string::npos)
+        << output.text;
 }
 
 TEST_F(ScreenlessWebSession, FailsAndTheReasonIsTold) {

@@ -188,6 +188,16 @@ TEST(QvtcctlDoctorFindings, OfWhatTheServerIsComeBetween) {
               Told{"ok: The address names no server."});
 }
 
+TEST(QvtcctlDoctorFindings, OfADamagedDocumentSayWhereAndWhatToDo) {
+    const DocumentFault fault{"the settings document /x is damaged: line 3.", "Restore it.", true};
+    const auto damage = [&](DoctorFacts& facts) { facts.document_fault = fault; };
+    EXPECT_EQ(told_when("document", "rdp", office, damage),
+              Told{"problem: The settings document /x is damaged: line 3."});
+    DoctorFacts facts = healthy("rdp", record_of(office));
+    damage(facts);
+    EXPECT_EQ(findings("rdp", office, facts).front().advice, "Restore it.");
+}
+
 TEST(QvtcctlDoctorFindings, OfTheStorageSayWhyNothingCanBeWritten) {
     EXPECT_EQ(told_when("storage", "rdp", office, [](DoctorFacts&) {}),
               Told{"ok: Settings and logs can be written."});

@@ -85,6 +85,28 @@ TEST_F(Doctor, LooksAtEachKindOfConnection) {
     transcript.expect("doctor_kinds");
 }
 
+// Whichever way it is asked, and whether the connection can be read or not.
+TEST_F(Doctor, SaysThatTheSettingsDocumentIsDamaged) {
+    const StandIn client("xfreerdp");
+    const FaultyServer server(test::negotiate_security(3, true), 3389);
+    Transcript transcript;
+    transcript
+        .run("qvtcctl connection add rdp name=office serverAddress=127.0.0.1 username=anna "
+             "--password-stdin",
+             "secret\n")
+        .run("qvtcctl connection add rdp name=other serverAddress=127.0.0.1")
+        .run("sed -i 's#</rdpItem_id_33>##' /home/root/vpclientData.xml")
+        .run("qvtcctl doctor 32")
+        .run("qvtcctl doctor 32 --json | grep -v -e ok -e advice")
+        .run("qvtcctl doctor 34")
+        .run("qvtcctl doctor")
+        .run("echo garbage >/home/root/vpclientData.xml; qvtcctl doctor 32")
+        .run("qvtcctl doctor 32 --json")
+        .run("qvtcctl doctor")
+        .run("qvtcctl doctor --json");
+    transcript.expect("doctor_document_damaged");
+}
+
 TEST_F(Doctor, WantsAConnection) {
     Transcript transcript;
     transcript.run("qvtcctl doctor 33").run("qvtcctl doctor x").run("qvtcctl doctor --help");

@@ -93,7 +93,10 @@ TEST(QvtcctlTranscript, ADamagedDocumentIsNotTakenForAWholeOne) {
              "/home/root/vpclientData.xml; qvtcctl delay")
         .run("qvtcctl delay --json")
         .run("qvtcctl delay 5")
-        .run("qvtcctl delay");
+        .run("qvtcctl delay")
+        .run("echo '<ThinClientConfig><rdpItem' >/home/root/vpclientData.xml; qvtcctl connection "
+             "list rdp")
+        .run("qvtcctl connection show 32");
     transcript.expect("document_damaged");
 }
 

@@ -41,7 +41,7 @@ constexpr std::array<Verb, 5> table{{
      "says what to do.",
      "qvtcctl doctor 32\n"
      "qvtcctl doctor 32 --json",
-     define_doctor, Settings::not_needed},
+     define_doctor},
     {"delay", "Show or set the delay before an automatic connection",
      "Shows the seconds that the terminal waits before it connects by itself, or sets them.",
      "qvtcctl delay\n"

@@ -1,6 +1,7 @@
 #include "qvtcctl/connection_verbs.hpp"
 #include "qvtcctl/device.hpp"
 #include "qvtcctl/presentation.hpp"
+#include "qvtcctl/settings_document.hpp"
 #include "qvtcctl/table.hpp"
 
 #include <memory>
@@ -12,8 +13,9 @@ namespace qvtc::qvtcctl {
 namespace {
 
 std::string none_text(const ConnectionType* type) {
-    return type == nullptr ? "No connections are stored.\n"
-                           : fmt::format("No {} connections are stored.\n", type->title);
+    const std::string kind = type == nullptr ? "" : fmt::format("{} ", type->title);
+    const bool damaged = fault_in_settings_document().has_value();
+    return fmt::format("No {}connections {}.\n", kind, damaged ? "can be read" : "are stored");
 }
 
 std::string values_of(const Field& field) {

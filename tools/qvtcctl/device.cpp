@@ -3,6 +3,7 @@
 #include "qvtcctl/json.hpp"
 #include "qvtcctl/launcher.hpp"
 #include "qvtcctl/refusal.hpp"
+#include "qvtcctl/settings_document.hpp"
 #include "qvtcctl/system_log.hpp"
 #include "qvtcctl/terminal.hpp"
 
@@ -26,6 +27,15 @@ const Record* find_record(const std::vector<Record>& records, unsigned id) {
     const auto found = std::find_if(records.begin(), records.end(),
                                     [id](const Record& record) { return record.id() == id; });
     return found == records.end() ? nullptr : &*found;
+}
+
+/// A connection that is not there may be one that cannot be read.
+void require_whole_settings(unsigned id) {
+    const std::optional<DocumentFault> fault = fault_in_settings_document();
+    if (!fault) return;
+    if (!fault->partly) throw Refusal(ExitCode::not_done, fault->message());
+    throw Refusal(ExitCode::not_found,
+                  fmt::format("connection {} is not in what can be read of the settings.", id));
 }
 
 } // namespace
@@ -63,6 +73,7 @@ Record Device::record(unsigned id) const {
     const ConnectionType& type = require_type_of_id(id);
     const std::vector<Record> stored = records(type);
     if (const Record* found = find_record(stored, id)) return *found;
+    require_whole_settings(id);
     throw Refusal(ExitCode::not_found,
                   fmt::format("there is no connection {}. \"qvtcctl connection list\" shows those "
                               "that there are.",

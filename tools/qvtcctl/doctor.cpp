@@ -71,6 +71,7 @@ DoctorFacts look_around(const Device& device, const ConnectionType& type, const 
     } else if (const auto server = server_of(type, record)) {
         facts.server = look_at(*server, type.number == QVTC_TYPE_RDP);
     }
+    facts.document_fault = fault_in_settings_document();
     facts.storage_fault = storage_fault(storage_folder);
     facts.last_failure = last_failure_of(device, type, record);
     facts.client_installed = is_installed(type.process);

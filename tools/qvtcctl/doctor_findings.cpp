@@ -20,6 +20,14 @@ bool is_on(const Record& record, std::string_view field) {
     return place && record[*place] == "on";
 }
 
+/// A whole document is no finding: what is stored in it is looked at below.
+void add_document(Findings& findings, const DoctorFacts& facts) {
+    if (!facts.document_fault) return;
+    std::string text = facts.document_fault->what;
+    text.front() = 'T';
+    findings.push_back({problem, "document", text, facts.document_fault->advice});
+}
+
 // ------------------------------------------------------------------ the record
 
 Finding settings_finding(const ConnectionType& type, unsigned id, const Record& record) {
@@ -224,6 +232,7 @@ void add_markers(Findings& findings, const ConnectionType& type, const Record& r
 Findings findings_on(const ConnectionType& type, unsigned id, const Record& record,
                      const DoctorFacts& facts) {
     Findings findings;
+    add_document(findings, facts);
     findings.push_back(settings_finding(type, id, record));
     add_advice(findings, type, id, record);
     add_passwords(findings, type, id, record, facts);

@@ -5,6 +5,7 @@
 #include "qvtcctl/marker_files.hpp"
 #include "qvtcctl/record.hpp"
 #include "qvtcctl/server_findings.hpp"
+#include "qvtcctl/settings_document.hpp"
 #include "qvtcctl/storage.hpp"
 
 #include <ctime>
@@ -20,6 +21,7 @@ namespace qvtc::qvtcctl {
 struct DoctorFacts {
     std::optional<ServerFacts> server;  ///< nothing when the record names none, or a gateway
     std::optional<ServerFacts> gateway; ///< nothing when there is none to go through
+    std::optional<DocumentFault> document_fault; ///< of one that can be read in part
     std::optional<std::string> storage_fault;
     std::optional<Explanation> last_failure; ///< of this very connection
     bool client_installed = true;

@@ -14,6 +14,11 @@ namespace {
 // Asked by the shell's completion, and by nobody else, so it is in no help.
 constexpr std::string_view completion_word = "complete";
 
+void print_notes(const std::vector<std::string>& notes) {
+    for (const std::string& note : notes)
+        write_error(printable_lines(fmt::format("Note: {}\n", note)));
+}
+
 void print(const Answer& answer, const Context& context) {
     if (context.json && answer.json) {
         write_out(to_text(answer.json));
@@ -21,23 +26,38 @@ void print(const Answer& answer, const Context& context) {
     }
     write_out(printable_lines(answer.text));
     if (context.json) return;
-    for (const std::string& note : answer.notes)
-        write_error(printable_lines(fmt::format("Note: {}\n", note)));
+    print_notes(answer.notes);
     if (!answer.error.empty())
         write_error(printable_lines(fmt::format("qvtcctl: {}", answer.error)));
 }
 
+/// What is wrong with the settings document may be the reason of any refusal, so it is told with
+/// each that does not speak of it itself.
+std::vector<std::string> notes_on(const Refusal& refusal) {
+    const std::optional<DocumentFault> fault = fault_in_settings_document();
+    if (!fault || std::string_view(refusal.what()).starts_with(fault->what)) return {};
+    return {fault->message()};
+}
+
+Json refusal_json(const Refusal& refusal, const std::vector<std::string>& notes) {
+    Json error = json_map();
+    add(error, "code", exit_code_name(refusal.code()));
+    add(error, "message", refusal.what());
+    Answer answer;
+    answer.json = json_map();
+    add(answer.json, "error", std::move(error));
+    for (const std::string& note : notes) answer.add_note(note);
+    return std::move(answer.json);
+}
+
 void print_refusal(const Refusal& refusal, bool as_json, const std::string& help_pointer) {
+    const std::vector<std::string> notes = notes_on(refusal);
     if (as_json) {
-        Json error = json_map();
-        add(error, "code", exit_code_name(refusal.code()));
-        add(error, "message", refusal.what());
-        Json document = json_map();
-        add(document, "error", std::move(error));
-        write_out(to_text(document));
+        write_out(to_text(refusal_json(refusal, notes)));
         return;
     }
     write_error(printable_lines(fmt::format("qvtcctl: {}\n{}", refusal.what(), help_pointer)));
+    print_notes(notes);
 }
 
 int print_completions(const CommandLine& line, const std::vector<std::string>& words) {
@@ -49,12 +69,12 @@ int print_completions(const CommandLine& line, const std::vector<std::string>& w
 Answer answer_of(const CommandLine::Call& call) {
     const std::optional<DocumentFault> before = fault_in_settings_document();
     if (before && !before->partly && call.settings == Settings::needed)
-        throw Refusal(ExitCode::not_done, before->message);
+        throw Refusal(ExitCode::not_done, before->message());
     Answer answer = call.run(call.context);
     // A change may have mended the document, but what was lost before stays lost.
     const bool lost = before && before->partly;
     if (const auto now = lost ? before : fault_in_settings_document())
-        answer.add_note(now->message);
+        answer.add_note(now->message());
     return answer;
 }
 

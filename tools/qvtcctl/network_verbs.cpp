@@ -13,7 +13,7 @@ constexpr std::array<Verb, 7> table{{
      "the terminal is on a network, and whether Wi-Fi is on.",
      "qvtcctl network show\n"
      "qvtcctl network show --json",
-     define_network_show, Settings::not_needed},
+     define_network_show},
     {"set", "Set the addresses of a wired port",
      "Sets up a wired port and restarts it: \"dhcp\" lets the network's server decide, \"static\" "
      "needs an address, its mask and the gateway, and \"dns\" sets only the name servers. "
@@ -35,7 +35,7 @@ constexpr std::array<Verb, 7> table{{
      "use with \"*\". Hidden networks are not listed. Wi-Fi must be switched on.",
      "qvtcctl network scan\n"
      "qvtcctl network scan --json",
-     define_network_scan, Settings::not_needed},
+     define_network_scan},
     {"join", "Join a wireless network",
      "Begins to join a wireless network, in the background; \"qvtcctl network scan\" marks it "
      "once it is in use. All networks that were joined before are forgotten, and the link gets "
@@ -58,7 +58,7 @@ constexpr std::array<Verb, 7> table{{
      "the routing table names for it. Routes through other ports stay.",
      "qvtcctl network route\n"
      "qvtcctl network route eth1",
-     define_network_route, Settings::not_needed},
+     define_network_route},
 }};
 // clang-format on
 

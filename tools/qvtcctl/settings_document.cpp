@@ -48,19 +48,18 @@ std::string root_name(const std::string& text) {
 }
 
 DocumentFault unreadable(const std::string& why) {
-    return {fmt::format("the settings document {} cannot be read: {}. Restore a backup with "
-                        "\"qvtcctl connection import FILE\", which keeps the damaged document "
-                        "under another name; or move it away to begin a new one.",
-                        settings_document, why),
+    return {fmt::format("the settings document {} cannot be read: {}.", settings_document, why),
+            "Restore a backup with \"qvtcctl connection import FILE\", which keeps the damaged "
+            "document under another name; or move it away to begin a new one.",
             false};
 }
 
 DocumentFault damaged(const std::string& why) {
     return {fmt::format("the settings document {} is damaged: {}. Settings after that point are "
-                        "missing, and the next change makes the loss permanent. Compare \"qvtcctl "
-                        "connection list\" with a backup, and restore it with \"qvtcctl connection "
-                        "import --replace FILE\".",
+                        "missing, and the next change makes the loss permanent.",
                         settings_document, why),
+            "Compare \"qvtcctl connection list\" with a backup, and restore it with \"qvtcctl "
+            "connection import --replace FILE\".",
             true};
 }
 
@@ -105,7 +104,7 @@ std::string set_unreadable_document_aside() {
     if (!error) fs::rename(target, kept, error);
     if (!error) return kept;
     throw Refusal(ExitCode::not_done, fmt::format("{} It could not be moved away: {}.",
-                                                  fault->message, error.message()));
+                                                  fault->message(), error.message()));
 }
 
 } // namespace qvtc::qvtcctl

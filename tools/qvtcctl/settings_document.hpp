@@ -11,8 +11,11 @@ inline constexpr std::string_view settings_document = "/home/root/vpclientData.x
 /// What is wrong with the settings document. The library reports every setting of one that it
 /// cannot read as unset, and its setters report success, so nobody else would say so.
 struct DocumentFault {
-    std::string message; ///< where, why, and what to do
+    std::string what;    ///< where and why: one or two sentences, the first without its capital
+    std::string advice;  ///< what to do
     bool partly = false; ///< what stands before the damage is read, and can be changed
+
+    std::string message() const { return what + " " + advice; }
 };
 
 /// Nothing when the document is whole, is yet to be created, or is not this user's to read.

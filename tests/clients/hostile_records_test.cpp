@@ -5,9 +5,9 @@
 
 #include "connections/fields.hpp"
 #include "core/base64.hpp"
-#include "core/os.hpp"
 #include "core/text.hpp"
 #include "store/document.hpp"
+#include "support/passed_on_os.hpp"
 
 #include <algorithm>
 #include <functional>
@@ -20,23 +20,8 @@ namespace {
 using test::StandIn;
 
 /// The system as it is, but for threads: they are said to have been started.
-class UnwatchedOs final : public Os {
-  public:
-    int run(const std::string& command) override { return real_.run(command); }
-    std::string capture(const std::string& command, std::size_t limit) override {
-        return real_.capture(command, limit);
-    }
-    std::optional<std::vector<std::string>> lines(const std::string& command) override {
-        return real_.lines(command);
-    }
-    bool exists(const char* path) override { return real_.exists(path); }
-    std::time_t now() override { return real_.now(); }
-    void sleep(unsigned seconds) override { real_.sleep(seconds); }
+class UnwatchedOs final : public test::PassedOnOs {
     bool start_thread(std::function<void()>) override { return true; }
-
-  private:
-    Os& real_ = os();
-    ScopedOs in_force_{*this};
 };
 
 /// A password as the front-end stores it: "+" for the padding, and "-" where "+" would stand.

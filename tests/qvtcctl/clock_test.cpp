@@ -1,4 +1,4 @@
-#include "qvtcctl/time_verbs.hpp"
+#include "qvtcctl/clock.hpp"
 
 #include <gtest/gtest.h>
 

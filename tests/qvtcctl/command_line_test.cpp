@@ -1,7 +1,6 @@
 #include "qvtcctl/command_line.hpp"
 
 #include "qvtcctl/types.hpp"
-#include "refusals.hpp"
 
 #include "support/support.hpp"
 
@@ -11,23 +10,17 @@ namespace qvtc::qvtcctl {
 namespace {
 
 using Words = std::vector<std::string>;
-using test::refusal_of;
 
-/// All verbs of the program.
-std::vector<const CLI::App*> verbs(const CLI::App& app) {
-    const auto below = app.get_subcommands(nullptr);
-    if (below.empty()) return {&app};
-    std::vector<const CLI::App*> all;
-    for (const CLI::App* sub : below) {
-        for (const CLI::App* verb : verbs(*sub)) all.push_back(verb);
+/// Every command, and where it stands.
+std::vector<Place> places() {
+    std::vector<Place> all;
+    for (const Group& group : groups()) {
+        for (const Verb* verb : group.verbs) all.push_back({&group, verb});
     }
     return all;
 }
 
-std::string refusal(const Words& words) {
-    CommandLine line;
-    return refusal_of([&] { line.parse(words); });
-}
+std::string fault(const Words& words) { return parse_command_line(words).fault; }
 
 TEST(QvtcctlCommandLine, WrongWordsAreRefused) {
     struct Case {
@@ -46,40 +39,72 @@ TEST(QvtcctlCommandLine, WrongWordsAreRefused) {
         {{"connection", "show"}, "ID is missing."},
         {{"connection", "add", "rdp"}, "FIELD=VALUE is missing."},
         {{"launch", "32", "--timeout"}, "--timeout needs a value."},
+        {{"launch", "32", "--timeout", "1", "--timeout", "2"}, "--timeout can be given only once."},
+        {{"launch"}, "ID is missing."},
+        {{"network", "set", "eth0"}, "MODE is missing."},
         {{"launch", "--waitt"}, "unknown option \"--waitt\" (did you mean \"--wait\"?)."},
     };
-    for (const Case& c : cases) EXPECT_EQ(refusal(c.words), c.message);
+    for (const Case& c : cases) EXPECT_EQ(fault(c.words), c.message);
 }
 
 TEST(QvtcctlCommandLine, CommonOptionsStandAnywhere) {
     for (const Words& words : {Words{"--json", "connection", "list"},
                                {"connection", "--json", "list"},
                                {"connection", "list", "--json"}}) {
-        CommandLine line;
-        const CommandLine::Call call = line.parse(words);
-        EXPECT_TRUE(call.context.json);
-        EXPECT_FALSE(call.context.debug);
+        const CommandLine line = parse_command_line(words);
+        EXPECT_EQ(line.fault, "");
+        EXPECT_TRUE(line.request.json);
+        EXPECT_FALSE(line.request.debug);
     }
 }
 
-TEST(QvtcctlCommandLine, EveryVerbHasHelpWithExamplesOfItself) {
-    const CommandLine line;
-    for (const CLI::App* verb : verbs(line.root())) {
-        const std::string help = help_of(*verb);
-        const std::string name = full_name(*verb);
-        EXPECT_TRUE(help.starts_with("Usage: " + name + " [OPTION]...")) << help;
-        const std::size_t examples = help.find("\nExamples:\n");
-        ASSERT_NE(examples, std::string::npos) << name;
-        for (const std::string& example : test::lines_of(help.substr(examples + 11))) {
-            EXPECT_NE(example.find(name), std::string::npos) << example;
+TEST(QvtcctlCommandLine, GivesEachArgumentItsValues) {
+    const CommandLine line =
+        parse_command_line({"connection", "set", "32", "a=1", "--password-stdin", "b=2"});
+    ASSERT_EQ(line.fault, "");
+    ASSERT_EQ(line.place.full_name(), "qvtcctl connection set");
+    const std::vector<Argument>& arguments = line.place.verb->arguments;
+    const auto named = [&](std::string_view name) {
+        return *std::find_if(arguments.begin(), arguments.end(),
+                             [&](const Argument& each) { return each.name == name; });
+    };
+    EXPECT_EQ(line.request.text(named("ID")), "32");
+    EXPECT_EQ(line.request.texts(named("FIELD=VALUE")), (Words{"a=1", "b=2"}));
+    EXPECT_TRUE(line.request.has(named("--password-stdin")));
+    EXPECT_FALSE(line.request.has(named("--password")));
+}
+
+TEST(QvtcctlCommandLine, AnEmptyValueIsGivenAllTheSame) {
+    const CommandLine line = parse_command_line({"host-name", ""});
+    ASSERT_EQ(line.fault, "");
+    EXPECT_TRUE(line.request.has(line.place.verb->arguments.front()));
+    EXPECT_EQ(line.request.text(line.place.verb->arguments.front()), "");
+}
+
+TEST(QvtcctlCommandLine, AsksForHelpOfWhatItNames) {
+    const CommandLine line = parse_command_line({"connection", "--help"});
+    EXPECT_EQ(line.wanted, CommandLine::Wanted::help);
+    EXPECT_EQ(line.place.full_name(), "qvtcctl connection");
+}
+
+TEST(QvtcctlCommandLine, EveryVerbHasARunAndHelpWithExamplesOfItself) {
+    for (const Place& place : places()) {
+        const std::string name = place.full_name();
+        EXPECT_NE(place.verb->run, nullptr) << name;
+        EXPECT_TRUE(help_of(place).starts_with("Usage: " + name + " [OPTION]...")) << name;
+        EXPECT_FALSE(place.verb->examples.empty()) << name;
+        for (const std::string_view example : place.verb->examples) {
+            EXPECT_NE(example.find(name), std::string_view::npos) << example;
         }
     }
 }
 
-TEST(QvtcctlCommandLine, EveryVerbAnswersInJson) {
-    const CommandLine line;
-    for (const CLI::App* verb : verbs(line.root())) {
-        EXPECT_NE(verb->get_option_no_throw("--json"), nullptr) << full_name(*verb);
+TEST(QvtcctlCommandLine, NoVerbHasTwoArgumentsOfOneName) {
+    for (const Place& place : places()) {
+        std::vector<std::string_view> names;
+        for (const Argument& argument : arguments_of(place)) names.push_back(argument.name);
+        std::sort(names.begin(), names.end());
+        EXPECT_EQ(std::adjacent_find(names.begin(), names.end()), names.end()) << place.full_name();
     }
 }
 
@@ -96,47 +121,32 @@ std::string section(const std::string& page, const std::string& heading) {
     return page.substr(start, page.find("\n.S", start + heading.size()) - start);
 }
 
-bool holds_option(const std::string& text, const std::string& option) {
-    const std::size_t at = text.find("--" + option);
-    return at != std::string::npos;
-}
-
 TEST(QvtcctlManPage, HasEveryVerbWithItsOptionsAndArguments) {
     const std::string page = man_page();
     const std::string common = section(page, ".SH COMMON OPTIONS");
-    const CommandLine line;
-    for (const CLI::App* verb : verbs(line.root())) {
-        const std::string name = full_name(*verb);
+    for (const Place& place : places()) {
+        const std::string name = place.full_name();
         std::string text = section(page, ".SS \"" + name + " ");
         if (text.empty()) text = section(page, ".SS \"" + name + "\"");
         ASSERT_FALSE(text.empty()) << name << " is not in the man page";
-        for (const CLI::Option* option : verb->get_options()) {
-            for (const std::string& word : option->get_lnames()) {
-                EXPECT_TRUE(holds_option(text, word) || holds_option(common, word))
-                    << name << " --" << word;
-            }
-            if (option->get_positional()) {
-                EXPECT_NE(text.find(option->get_name(true)), std::string::npos)
-                    << name << " " << option->get_name(true);
-            }
+        for (const Argument& argument : arguments_of(place)) {
+            EXPECT_NE((text + common).find(argument.name), std::string::npos)
+                << name << " " << argument.name;
         }
     }
 }
 
 TEST(QvtcctlManPage, HasNoOptionAndNoVerbThatTheProgramHasNot) {
-    const CommandLine line;
-    std::vector<std::string> known{"version"};
+    std::vector<std::string> known{"--version"};
     std::vector<std::string> names;
-    for (const CLI::App* verb : verbs(line.root())) {
-        names.push_back(full_name(*verb));
-        for (const CLI::Option* option : verb->get_options()) {
-            for (const std::string& name : option->get_lnames()) known.push_back(name);
-        }
+    for (const Place& place : places()) {
+        names.push_back(place.full_name());
+        for (const Argument& argument : arguments_of(place)) known.emplace_back(argument.name);
     }
     const std::string page = man_page();
     for (std::size_t at = 0; (at = page.find("--", at)) != std::string::npos; at += 2) {
         const std::size_t end = page.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-", at);
-        const std::string option = page.substr(at + 2, end - at - 2);
+        const std::string option = page.substr(at, end - at);
         EXPECT_NE(std::find(known.begin(), known.end(), option), known.end()) << option;
     }
     for (const std::string& row : test::lines_of(page)) {

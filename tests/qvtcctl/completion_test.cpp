@@ -9,10 +9,7 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-Words offered(const Words& words) {
-    const CommandLine line;
-    return completions(line.root(), words);
-}
+Words offered(const Words& words) { return completions(words); }
 
 TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
     struct Case {
@@ -44,7 +41,7 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
         {{"connection", "set", "32", "password"}, {}},
         {{"connection", "set", "32", "nosuch="}, {}},
         {{"launch", "32", "--"},
-         {"--help", "--wait", "--timeout", "--end-others", "--json", "--debug"}},
+         {"--wait", "--timeout", "--end-others", "--json", "--debug", "--help"}},
         {{"launch", ""}, {}},
         {{"sound", ""}, {"show", "configure"}},
         {{"volume", "--c"}, {"--capture"}},
@@ -56,8 +53,28 @@ TEST(QvtcctlCompletion, OffersWhatMayStandThere) {
         {{"display", "set", "128"}, {"1280x720", "1280x800", "1280x1024"}},
         {{"display", "mode", ""}, {"clone", "extend", "vertical"}},
         {{"display", "order", "r"}, {"reverse"}},
+        {{"network", "set", ""}, {"eth0", "eth1"}},
+        {{"network", "set", "eth0", ""}, {"dhcp", "static", "dns"}},
+        {{"network", "wireless", "Office", ""}, {"dhcp", "static"}},
+        {{"network", "wifi", ""}, {"on", "off"}},
+        {{"log", "--level", ""}, {"debug", "info", "error"}},
+        {{"log", "--lines", ""}, {}},
     };
     for (const Case& c : cases) EXPECT_EQ(offered(c.words), c.offered) << c.words.back();
+}
+
+TEST(QvtcctlCompletion, OffersTheNumbersOfTheStoredConnections) {
+    EXPECT_EQ(offered({"launch", ""}), Words());
+    ASSERT_EQ(
+        std::system(QVTCCTL_PROGRAM " connection add rdp name=a serverAddress=10.0.0.5 >/dev/null"),
+        0);
+    ASSERT_EQ(
+        std::system(QVTCCTL_PROGRAM " connection add vnc name=c serverAddress=10.0.0.7 >/dev/null"),
+        0);
+    EXPECT_EQ(offered({"launch", ""}), (Words{"32", "224"}));
+    EXPECT_EQ(offered({"connection", "remove", "32", "2"}), Words{"224"});
+    test::write_file("/home/root/vpclientData.xml", "no document");
+    EXPECT_EQ(offered({"launch", ""}), Words());
 }
 
 /// What bash would put into the line.

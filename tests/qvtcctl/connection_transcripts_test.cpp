@@ -1,5 +1,5 @@
 // qvtcctl as its user sees it, against the real library: the stored connections.
-#include "qvtcctl/verb.hpp"
+#include "qvtcctl/command_line.hpp"
 #include "support/support.hpp"
 #include "transcript.hpp"
 
@@ -17,11 +17,9 @@ TEST(QvtcctlTranscript, HelpOfEveryCommand) {
     Transcript transcript;
     transcript.run("qvtcctl --help");
     for (const Group& group : groups()) {
-        const std::string first = "qvtcctl " + std::string(group.name);
-        if (!group.name.empty()) transcript.run(first + " --help");
-        for (const Verb& verb : group.verbs) {
-            transcript.run(first + (group.name.empty() ? "" : " ") + std::string(verb.name) +
-                           " --help");
+        if (!group.name.empty()) transcript.run(Place{&group}.full_name() + " --help");
+        for (const Verb* verb : group.verbs) {
+            transcript.run(Place{&group, verb}.full_name() + " --help");
         }
     }
     transcript.run("qvtcctl --version");

@@ -1,7 +1,7 @@
 // Every command of qvtcctl while the settings document cannot be read. The library reports all
 // settings as unset then, and takes every change for stored.
+#include "qvtcctl/command_line.hpp"
 #include "qvtcctl/settings_document.hpp"
-#include "qvtcctl/verb.hpp"
 #include "support/support.hpp"
 #include "transcript.hpp"
 
@@ -87,10 +87,6 @@ struct Programs {
     StandIn qvplugin{"qvplugin"};
 };
 
-std::string full_name(const Group& group, const Verb& verb) {
-    return std::string(group.name) + (group.name.empty() ? "" : " ") + std::string(verb.name);
-}
-
 /// The files that a command could change, with their times and contents.
 std::string files_of_terminal() {
     return test::capture_stdout([] {
@@ -123,12 +119,13 @@ TEST_F(QvtcctlDamagedDocument, IsNeverTakenForAnEmptyOne) {
     Transcript others;
     std::set<std::string> names;
     for (const Group& group : groups()) {
-        for (const Verb& verb : group.verbs) {
-            const std::string name = full_name(group, verb);
+        for (const Verb* verb : group.verbs) {
+            const std::string command_name = Place{&group, verb}.full_name();
+            const std::string name = command_name.substr(std::string_view("qvtcctl ").size());
             names.insert(name);
             ASSERT_TRUE(arguments.contains(name)) << "nothing to type after " << name;
-            const std::string command = "qvtcctl " + name + " " + arguments.at(name);
-            if (verb.settings == Settings::not_needed) {
+            const std::string command = command_name + " " + arguments.at(name);
+            if (verb->settings == Settings::not_needed) {
                 others.run(command);
                 damage();
                 continue;

@@ -42,6 +42,9 @@ TEST(QvtcctlTranscript, Language) {
         .run("qvtcctl language")
         .run("qvtcctl language ko_KR --json")
         .run("qvtcctl language english")
+        .run("qvtcctl language en_us")
+        .run("qvtcctl language en_US.")
+        .run("qvtcctl language en_US.x/y")
         .run("qvtcctl language ''")
         .run("qvtcctl language 'en_US&x=1'")
         .run("sed -i \"s|</configItem>|<com.valmora.thinclient.para_23>{'value':'1'}"

@@ -16,8 +16,8 @@ TEST(QvtcctlResolutions, HaveAnIndexEach) {
 }
 
 TEST(QvtcctlResolutions, WhatIsNoneIsRefused) {
-    const std::string choices = ": give one of auto, 800x600, 1024x768, 1280x720, 1440x900, "
-                                "1600x1200, 1920x1080, 1280x1024, 1366x768, 1600x900, 1280x800.";
+    const std::string choices = ": give one of auto, 800x600, 1024x768, 1280x720, 1280x800, "
+                                "1280x1024, 1366x768, 1440x900, 1600x900, 1600x1200, 1920x1080.";
     EXPECT_EQ(test::refusal_of([] { require_resolution("1024x786"); }),
               "unknown resolution \"1024x786\" (did you mean \"1024x768\"?)" + choices);
     EXPECT_EQ(test::refusal_of([] { require_resolution("\n"); }),

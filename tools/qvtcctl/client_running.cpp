@@ -1,4 +1,5 @@
-#include "qvtcctl/client_verbs.hpp"
+#include "qvtcctl/answer.hpp"
+#include "qvtcctl/connection_words.hpp"
 #include "qvtcctl/console.hpp"
 #include "qvtcctl/device.hpp"
 #include "qvtcctl/failure_report.hpp"
@@ -8,13 +9,12 @@
 #include "qvtcctl/storage.hpp"
 #include "qvtcctl/text.hpp"
 #include "qvtcctl/validation.hpp"
+#include "qvtcctl/verbs.hpp"
 
 #include <chrono>
 #include <csignal>
-#include <memory>
 #include <thread>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace qvtc::qvtcctl {
@@ -264,13 +264,6 @@ std::vector<std::string> notes_on(unsigned id, const ConnectionType& type,
     return notes;
 }
 
-void add_notes(Answer& answer, std::vector<std::string> notes) {
-    Json list = json_list();
-    for (const std::string& note : notes) append(list, json_text(note));
-    add(answer.json, "notes", std::move(list));
-    answer.notes = std::move(notes);
-}
-
 Answer launch(const Device& device, unsigned id, const Record& record,
               std::optional<unsigned> timeout, Progress& progress) {
     const ConnectionType& type = require_type_of_id(id);
@@ -283,118 +276,151 @@ Answer launch(const Device& device, unsigned id, const Record& record,
     return waited_answer(id, type, record, outcome, *timeout);
 }
 
+const Argument id_argument =
+    required_argument("ID", "number of the connection").completed_by(connection_words);
+const Argument wait_flag = flag("--wait", "wait for the outcome and show it");
+const Argument timeout_option = option(
+    "--timeout", "SECONDS", fmt::format("how long --wait waits (default: {})", default_timeout));
+const Argument end_others_flag =
+    flag("--end-others", "first end all running clients of the same kind");
+const Argument follow_flag = flag("--follow", "show every change until the client has ended");
+const Argument cancel_id_argument =
+    optional_argument("ID", "number of a connection; without it, all clients are ended")
+        .completed_by(connection_words);
+const Argument seconds_argument =
+    optional_argument("SECONDS", fmt::format("0 to {}", longest_delay));
+
+Answer run_launch(const Request& request) {
+    const unsigned id = require_id(request.text(id_argument));
+    if (!request.has(wait_flag) && !request.text(timeout_option).empty()) {
+        throw UsageError("--timeout can be used only with --wait.");
+    }
+    std::optional<unsigned> timeout;
+    if (request.has(wait_flag)) {
+        timeout =
+            request.text(timeout_option).empty()
+                ? default_timeout
+                : require_seconds(request.text(timeout_option), "--timeout", 1, longest_timeout);
+    }
+    const ConnectionType& type = require_type_of_id(id);
+    require_launchable(type);
+    const Device device(request.chatter());
+    const Record record = device.record(id);
+    require_address(id, record);
+    const std::vector<Process> former = running_clients(type);
+    if (request.has(end_others_flag)) end_clients(former);
+    const std::optional<std::string> fault = storage_fault(storage_folder);
+    Progress progress(request.has(wait_flag) && !request.json);
+    Answer answer = launch(device, id, record, timeout, progress);
+    std::vector<std::string> notes = notes_on(id, type, former);
+    if (fault) notes.push_back(storage_note(*fault));
+    add_notes(answer, std::move(notes));
+    return answer;
+}
+
+Answer run_status(const Request& request) {
+    const unsigned id = require_id(request.text(id_argument));
+    const ConnectionType& type = require_type_of_id(id);
+    require_status(type);
+    const Device device(request.chatter());
+    const Record record = device.record(id);
+    if (!can_be_launched(type)) return broker_answer(device, id, type, record);
+    Answer answer;
+    if (request.has(follow_flag)) {
+        const Standing last = follow_standing(device, type, record, [&](Standing standing) {
+            standing.logon = logon_when(standing.state, type, record);
+            write_out(request.json ? to_line(standing_json(id, type, record, standing))
+                                   : standing_text(id, type, record, standing));
+        });
+        answer.code = code_of(last.state);
+        return answer;
+    }
+    Standing standing = standing_of(device, type, record);
+    standing.logon = logon_when(standing.state, type, record);
+    answer.code = code_of(standing.state);
+    answer.text = standing_text(id, type, record, standing);
+    answer.json = standing_json(id, type, record, standing);
+    return answer;
+}
+
+Answer run_cancel(const Request& request) {
+    std::optional<unsigned> id;
+    if (!request.text(cancel_id_argument).empty())
+        id = require_id(request.text(cancel_id_argument));
+    const Device device(request.chatter());
+    return id ? end_client_of(device, *id) : end_all_clients(device);
+}
+
+Answer run_delay(const Request& request) {
+    std::optional<unsigned> wanted;
+    if (!request.text(seconds_argument).empty())
+        wanted = require_seconds(request.text(seconds_argument), "the delay", 0, longest_delay);
+    const Device device(request.chatter());
+    if (wanted) device.set_connect_delay(*wanted);
+    const std::optional<std::string> delay = device.connect_delay();
+    Answer answer;
+    answer.text = !delay   ? "No delay is set.\n"
+                  : wanted ? fmt::format("The delay is now {} s.\n", *delay)
+                           : fmt::format("{} s\n", *delay);
+    answer.json = json_map();
+    const std::optional<unsigned> number = parse_number(delay.value_or(""));
+    if (number) {
+        add_number(answer.json, "delay", *number);
+    } else {
+        add(answer.json, "delay", delay ? json_text(*delay) : Json());
+    }
+    return answer;
+}
+
 } // namespace
 
-Run define_launch(CLI::App& app) {
-    struct Options {
-        std::string id;
-        bool wait = false;
-        bool end_others = false;
-        std::string timeout;
-    };
-    auto options = std::make_shared<Options>();
-    app.add_option("ID", options->id, "number of the connection")->required();
-    app.add_flag("--wait", options->wait, "wait for the outcome and show it");
-    app.add_option("--timeout", options->timeout,
-                   fmt::format("how long --wait waits (default: {})", default_timeout))
-        ->option_text("SECONDS");
-    app.add_flag("--end-others", options->end_others,
-                 "first end all running clients of the same kind");
-    return [options](const Context& context) {
-        const unsigned id = require_id(options->id);
-        if (!options->wait && !options->timeout.empty()) {
-            throw UsageError("--timeout can be used only with --wait.");
-        }
-        std::optional<unsigned> timeout;
-        if (options->wait) {
-            timeout = options->timeout.empty()
-                          ? default_timeout
-                          : require_seconds(options->timeout, "--timeout", 1, longest_timeout);
-        }
-        const ConnectionType& type = require_type_of_id(id);
-        require_launchable(type);
-        const Device device(context.chatter());
-        const Record record = device.record(id);
-        require_address(id, record);
-        const std::vector<Process> former = running_clients(type);
-        if (options->end_others) end_clients(former);
-        const std::optional<std::string> fault = storage_fault(storage_folder);
-        Progress progress(options->wait && !context.json);
-        Answer answer = launch(device, id, record, timeout, progress);
-        std::vector<std::string> notes = notes_on(id, type, former);
-        if (fault) notes.push_back(storage_note(*fault));
-        add_notes(answer, std::move(notes));
-        return answer;
-    };
-}
+const Verb verbs::launch{
+    .name = "launch",
+    .summary = "Start a connection's client",
+    .description = "Starts the client of a stored connection. A running RDP, Horizon or VNC "
+                   "client is ended first. SPICE and web clients go on running, with a note, "
+                   "unless --end-others is given: two SPICE windows lie one over the other, and "
+                   "a browser shows the new page in another tab. With --wait it shows the "
+                   "progress until the client is connected, has failed, or the time is over. "
+                   "\"Connected\" means that the client says so in its log or, where it says "
+                   "nothing, that its window is there and stays. A slow client has not failed: "
+                   "it has failed when it is gone or when its log names the failure.",
+    .examples = {"qvtcctl launch 32", "qvtcctl launch 32 --wait",
+                 "qvtcctl launch 32 --wait --timeout 60 --json", "qvtcctl launch 64 --end-others"},
+    .arguments = {id_argument, wait_flag, timeout_option, end_others_flag},
+    .run = run_launch,
+};
 
-Run define_status(CLI::App& app) {
-    struct Options {
-        std::string id;
-        bool follow = false;
-    };
-    auto options = std::make_shared<Options>();
-    app.add_option("ID", options->id, "number of the connection")->required();
-    app.add_flag("--follow", options->follow, "show every change until the client has ended");
-    return [options](const Context& context) {
-        const unsigned id = require_id(options->id);
-        const ConnectionType& type = require_type_of_id(id);
-        require_status(type);
-        const Device device(context.chatter());
-        const Record record = device.record(id);
-        if (!can_be_launched(type)) return broker_answer(device, id, type, record);
-        Answer answer;
-        if (options->follow) {
-            const Standing last = follow_standing(device, type, record, [&](Standing standing) {
-                standing.logon = logon_when(standing.state, type, record);
-                write_out(context.json ? to_line(standing_json(id, type, record, standing))
-                                       : standing_text(id, type, record, standing));
-            });
-            answer.code = code_of(last.state);
-            return answer;
-        }
-        Standing standing = standing_of(device, type, record);
-        standing.logon = logon_when(standing.state, type, record);
-        answer.code = code_of(standing.state);
-        answer.text = standing_text(id, type, record, standing);
-        answer.json = standing_json(id, type, record, standing);
-        return answer;
-    };
-}
+const Verb verbs::status{
+    .name = "status",
+    .summary = "Show how a connection stands",
+    .description = "Shows whether a connection's client runs and whether it is connected. What "
+                   "is said of a failure comes from the last launch of this connection. With "
+                   "--follow it shows every change, until the client has ended or failed.",
+    .examples = {"qvtcctl status 32", "qvtcctl status 32 --follow"},
+    .arguments = {id_argument, follow_flag},
+    .run = run_status,
+};
 
-Run define_cancel(CLI::App& app) {
-    auto text = std::make_shared<std::string>();
-    app.add_option("ID", *text, "number of a connection; without it, all clients are ended");
-    return [text](const Context& context) {
-        std::optional<unsigned> id;
-        if (!text->empty()) id = require_id(*text);
-        const Device device(context.chatter());
-        return id ? end_client_of(device, *id) : end_all_clients(device);
-    };
-}
+const Verb verbs::cancel{
+    .name = "cancel",
+    .summary = "End running clients",
+    .description = "Ends the client of one connection, or all running clients: RDP, SPICE, "
+                   "Horizon, VNC and web. A browser is ended as a whole, with all its pages.",
+    .examples = {"qvtcctl cancel", "qvtcctl cancel 64"},
+    .arguments = {cancel_id_argument},
+    .settings = Settings::not_needed,
+    .run = run_cancel,
+};
 
-Run define_delay(CLI::App& app) {
-    auto seconds = std::make_shared<std::string>();
-    app.add_option("SECONDS", *seconds, fmt::format("0 to {}", longest_delay));
-    return [seconds](const Context& context) {
-        std::optional<unsigned> wanted;
-        if (!seconds->empty()) wanted = require_seconds(*seconds, "the delay", 0, longest_delay);
-        const Device device(context.chatter());
-        if (wanted) device.set_connect_delay(*wanted);
-        const std::optional<std::string> delay = device.connect_delay();
-        Answer answer;
-        answer.text = !delay   ? "No delay is set.\n"
-                      : wanted ? fmt::format("The delay is now {} s.\n", *delay)
-                               : fmt::format("{} s\n", *delay);
-        answer.json = json_map();
-        const std::optional<unsigned> number = parse_number(delay.value_or(""));
-        if (number) {
-            add_number(answer.json, "delay", *number);
-        } else {
-            add(answer.json, "delay", delay ? json_text(*delay) : Json());
-        }
-        return answer;
-    };
-}
+const Verb verbs::delay{
+    .name = "delay",
+    .summary = "Show or set the delay before an automatic connection",
+    .description = "Shows the seconds that the terminal waits before it connects by itself, or "
+                   "sets them.",
+    .examples = {"qvtcctl delay", "qvtcctl delay 10"},
+    .arguments = {seconds_argument},
+    .run = run_delay,
+};
 
 } // namespace qvtc::qvtcctl

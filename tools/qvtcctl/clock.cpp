@@ -1,22 +1,21 @@
+#include "qvtcctl/clock.hpp"
+#include "qvtcctl/answer.hpp"
 #include "qvtcctl/host_name.hpp"
 #include "qvtcctl/installed.hpp"
 #include "qvtcctl/json.hpp"
-#include "qvtcctl/notes.hpp"
 #include "qvtcctl/program.hpp"
 #include "qvtcctl/quiet.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/table.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
-#include "qvtcctl/time_verbs.hpp"
+#include "qvtcctl/verbs.hpp"
 #include "qvtcctl/zones.hpp"
 
 #include <array>
 #include <cstdlib>
-#include <memory>
 
 #include <arpa/inet.h>
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
 
@@ -37,7 +36,7 @@ struct Clock {
     std::string server;
 };
 
-struct Options {
+struct ClockOptions {
     std::string time;
     std::string zone;
     std::string server;
@@ -91,7 +90,7 @@ void require_server(const std::string& server) {
                   fmt::format("time server \"{}\" {}", printable(server), fault));
 }
 
-void require_consistent(const Options& options) {
+void require_consistent(const ClockOptions& options) {
     if (!options.server.empty() && options.no_server)
         throw UsageError("--ntp and --no-ntp cannot be used together.");
     if (!options.server.empty() && !options.time.empty())
@@ -107,7 +106,7 @@ void require_consistent(const Options& options) {
 }
 
 /// What is to hold afterwards: what was asked for, and what holds already.
-Clock wanted(const Options& options, Clock now) {
+Clock wanted(const ClockOptions& options, Clock now) {
     if (!options.zone.empty()) now.zone = require_zone(options.zone);
     if (!options.server.empty()) {
         now.follows = true;
@@ -119,7 +118,7 @@ Clock wanted(const Options& options, Clock now) {
     return now;
 }
 
-std::string parameters(const Options& options, const Clock& wish) {
+std::string parameters(const ClockOptions& options, const Clock& wish) {
     std::string params =
         fmt::format("useNTP={}&ntpHost={}&region={}&city={}", wish.follows ? "on" : "off",
                     wish.server, wish.zone.region, wish.zone.city);
@@ -127,7 +126,7 @@ std::string parameters(const Options& options, const Clock& wish) {
     return params;
 }
 
-void require_taken(const Options& options, const Clock& wish, const Clock& now,
+void require_taken(const ClockOptions& options, const Clock& wish, const Clock& now,
                    const LogMark& log) {
     if (now.zone.name() != wish.zone.name() || now.follows != wish.follows ||
         now.server != wish.server)
@@ -139,7 +138,7 @@ void require_taken(const Options& options, const Clock& wish, const Clock& now,
         "allowed to set it.");
 }
 
-void change_clock(const Options& options, Chatter chatter) {
+void change_clock(const ClockOptions& options, Chatter chatter) {
     const LogMark log{std::string(system_log)};
     const Clock wish = wanted(options, clock_now(chatter));
     {
@@ -207,20 +206,37 @@ std::optional<std::tm> parse_time(const std::string& text) {
     return parts;
 }
 
-Run define_time(CLI::App& app) {
-    auto options = std::make_shared<Options>();
-    app.add_option("--set", options->time, "set the clock, in the terminal's zone")
-        ->option_text("\"YYYY-MM-DD hh:mm[:ss]\"");
-    app.add_option("--zone", options->zone, "set the time zone")->option_text("REGION/CITY");
-    app.add_option("--ntp", options->server, "follow a time server")->option_text("HOST");
-    app.add_flag("--no-ntp", options->no_server, "follow no time server");
-    return [options](const Context& context) {
-        require_consistent(*options);
-        if (!options->zone.empty()) require_zone(options->zone);
-        require_terminal();
-        if (options->changes()) change_clock(*options, context.chatter());
-        return answer_of(clock_now(context.chatter()), !options->server.empty());
-    };
+namespace {
+
+const Argument set_option =
+    option("--set", "\"YYYY-MM-DD hh:mm[:ss]\"", "set the clock, in the terminal's zone");
+const Argument zone_option = option("--zone", "REGION/CITY", "set the time zone");
+const Argument ntp_option = option("--ntp", "HOST", "follow a time server");
+const Argument no_ntp_flag = flag("--no-ntp", "follow no time server");
+
+Answer run_time(const Request& request) {
+    const ClockOptions options{request.text(set_option), request.text(zone_option),
+                               request.text(ntp_option), request.has(no_ntp_flag)};
+    require_consistent(options);
+    if (!options.zone.empty()) require_zone(options.zone);
+    require_terminal();
+    if (options.changes()) change_clock(options, request.chatter());
+    return answer_of(clock_now(request.chatter()), !options.server.empty());
 }
+
+} // namespace
+
+const Verb verbs::time{
+    .name = "time",
+    .summary = "Show or set the clock, time zone and time server",
+    .description = "Shows the time, the time zone and the time server, or changes them. What is "
+                   "not named stays as it is; setting the clock turns off time synchronisation. "
+                   "A time server is asked in the background, by the terminal's program "
+                   "ntpdate-sync.",
+    .examples = {"qvtcctl time", "qvtcctl time --zone Europe/Vienna --ntp pool.ntp.org",
+                 "qvtcctl time --set \"2026-12-31 23:59\""},
+    .arguments = {set_option, zone_option, ntp_option, no_ntp_flag},
+    .run = run_time,
+};
 
 } // namespace qvtc::qvtcctl

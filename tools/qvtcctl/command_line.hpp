@@ -2,56 +2,45 @@
 
 #include "qvtcctl/verb.hpp"
 
-#include <map>
-#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 namespace qvtc::qvtcctl {
 
-/// The program's commands and options, built from the verb table.
-class CommandLine {
-  public:
-    CommandLine();
+/// A place in the tree of commands: the program itself, a group of commands, or a command.
+struct Place {
+    const Group* group = nullptr;
+    const Verb* verb = nullptr;
 
-    /// A verb that was called, with its options read.
-    struct Call {
-        Run run;
-        Settings settings;
-        Context context;
-    };
-
-    /// Reads the words after the program's name. Throws UsageError for words that are wrong, and
-    /// CLI::CallForHelp or CLI::CallForVersion when that is what was asked for.
-    Call parse(std::vector<std::string> words);
-
-    /// The help of the command that the last parsed words named.
-    std::string help() const;
-
-    const CLI::App& root() const { return *root_; }
-
-    /// "qvtcctl connection add", for the command that the last parsed words named.
-    std::string chosen_name() const;
-
-  private:
-    void define(CLI::App& parent, const Verb& verb);
-    const CLI::App& chosen() const;
-
-    std::unique_ptr<CLI::App> root_;
-    Context context_;
-    std::map<const CLI::App*, Call> calls_;
+    /// "qvtcctl connection add"
+    std::string full_name() const;
 };
 
-/// The whole help text of a command: usage, what it does, its commands or its arguments and
+/// What the words after the program's name ask for.
+struct CommandLine {
+    enum class Wanted { nothing, run, help, version };
+
+    Place place;
+    Wanted wanted = Wanted::nothing;
+    Request request;
+    std::string fault; ///< what is wrong with the words; empty when nothing is
+};
+
+/// Reads the words after the program's name.
+CommandLine parse_command_line(std::vector<std::string> words);
+
+/// "qvtcctl 1.0"
+std::string version_text();
+
+/// All arguments of a place, in the order of its help: its own, then those of all commands.
+std::vector<Argument> arguments_of(const Place& place);
+
+/// The whole help text of a place: usage, what it does, its commands or its arguments and
 /// options, examples.
-std::string help_of(const CLI::App& app);
+std::string help_of(const Place& place);
 
-/// "qvtcctl connection add"
-std::string full_name(const CLI::App& app);
-
-/// What a person could type next: the words that may stand in the place of the last word.
-std::vector<std::string> completions(const CLI::App& root, const std::vector<std::string>& words);
+/// The words that may stand in the place of the last word.
+std::vector<std::string> completions(const std::vector<std::string>& words);
 
 } // namespace qvtc::qvtcctl

@@ -1,123 +1,108 @@
 #include "qvtcctl/command_line.hpp"
 
-#include "qvtcctl/fields.hpp"
-
 #include <algorithm>
-
-#include <fmt/format.h>
 
 namespace qvtc::qvtcctl {
 namespace {
 
-std::vector<const CLI::Option*> arguments_of(const CLI::App& app) {
-    std::vector<const CLI::Option*> arguments;
-    for (const CLI::Option* option : app.get_options()) {
-        if (option->get_positional()) arguments.push_back(option);
-    }
-    return arguments;
-}
-
-/// The words of "a|b|c", each behind the same start.
-std::vector<std::string> split_choices(std::string_view choices, const std::string& start = "") {
-    std::vector<std::string> words;
-    while (!choices.empty()) {
-        const std::size_t end = std::min(choices.find('|'), choices.size());
-        words.push_back(start + std::string(choices.substr(0, end)));
-        choices.remove_prefix(std::min(end + 1, choices.size()));
-    }
-    return words;
-}
-
-/// Arguments that are one of a few words.
-struct Choices {
-    std::string_view argument;
-    std::string_view words;
-};
-constexpr Choices choices_of_arguments[] = {
-    {"STATE", "on|off"},
-    {"MODE", "clone|extend|vertical"},
-    {"ORDER", "usual|reverse"},
-    {"RESOLUTION", "auto|800x600|1024x768|1280x720|1280x800|1280x1024|1366x768|1440x900|1600x900|"
-                   "1600x1200|1920x1080"},
+/// Where the last word stands: behind which command, and as which of its arguments.
+struct Position {
+    Place place;
+    std::size_t given = 0;            ///< words that stand for arguments
+    const Argument* option = nullptr; ///< the option whose value it is
 };
 
-std::vector<std::string> values_after(const std::string& assignment) {
-    const std::size_t equals = assignment.find('=');
-    const std::optional<std::size_t> index = find_field(assignment.substr(0, equals));
-    if (!index) return {};
-    const Field& field = fields[*index];
-    const std::string start = assignment.substr(0, equals + 1);
-    if (field.kind == Kind::on_off) return {start + "on", start + "off"};
-    return split_choices(field.choices, start);
-}
-
-std::vector<std::string> assignments(const std::string& word) {
-    if (word.find('=') != std::string::npos) return values_after(word);
-    std::vector<std::string> words;
-    for (const Field& field : fields) {
-        if (field.kind == Kind::identity || field.kind == Kind::password) continue;
-        words.push_back(fmt::format("{}=", field.name));
-    }
-    return words;
-}
-
-std::vector<std::string> argument_words(const CLI::App& app, std::size_t given,
-                                        const std::string& word) {
-    const std::vector<const CLI::Option*> arguments = arguments_of(app);
-    if (arguments.empty()) return {};
-    const std::string name = arguments[std::min(given, arguments.size() - 1)]->get_name(true);
-    if (name == "FIELD") return assignments(word);
-    std::vector<std::string> words;
-    if (given >= arguments.size()) return words;
-    for (const Choices& each : choices_of_arguments) {
-        if (name == each.argument) return split_choices(each.words);
-    }
-    if (name != "TYPE") return words;
-    for (const ConnectionType& type : connection_types) words.emplace_back(type.name);
-    return words;
-}
-
-std::vector<std::string> option_words(const CLI::App& app) {
-    std::vector<std::string> words;
-    for (const CLI::Option* option : app.get_options()) {
-        for (const std::string& name : option->get_lnames()) words.push_back("--" + name);
-    }
-    return words;
-}
-
-std::vector<std::string> command_words(const CLI::App& app) {
-    std::vector<std::string> words;
-    for (const CLI::App* sub : app.get_subcommands(nullptr)) words.push_back(sub->get_name());
-    return words;
-}
-
-const CLI::App* find_command(const CLI::App& app, const std::string& name) {
-    for (const CLI::App* sub : app.get_subcommands(nullptr)) {
-        if (sub->get_name() == name) return sub;
+const Group* find_group(const std::string& word) {
+    for (const Group& group : groups()) {
+        if (!group.name.empty() && group.name == word) return &group;
     }
     return nullptr;
 }
 
-} // namespace
-
-std::vector<std::string> completions(const CLI::App& root, const std::vector<std::string>& words) {
-    if (words.empty()) return command_words(root);
-    const CLI::App* app = &root;
-    std::size_t given = 0;
-    for (std::size_t i = 0; i + 1 < words.size(); ++i) {
-        if (const CLI::App* sub = find_command(*app, words[i])) {
-            app = sub;
-        } else if (!words[i].starts_with("-")) {
-            ++given;
+/// The command of this name in a group, or of the program's own.
+Place find_verb(const Group* wanted, const std::string& word) {
+    for (const Group& group : groups()) {
+        if (wanted != nullptr ? &group != wanted : !group.name.empty()) continue;
+        for (const Verb* verb : group.verbs) {
+            if (verb->name == word) return {&group, verb};
         }
     }
-    const std::string& last = words.back();
-    std::vector<std::string> candidates = last.starts_with("-") ? option_words(*app)
-                                          : app->get_subcommands(nullptr).empty()
-                                              ? argument_words(*app, given, last)
-                                              : command_words(*app);
-    std::erase_if(candidates, [&](const std::string& word) { return !word.starts_with(last); });
-    return candidates;
+    return {wanted, nullptr};
+}
+
+const Argument* find_option(const Place& place, const std::string& word) {
+    if (place.verb == nullptr) return nullptr;
+    for (const Argument& argument : place.verb->arguments) {
+        if (!argument.value.empty() && argument.name == word) return &argument;
+    }
+    return nullptr;
+}
+
+void step(Position& position, const std::string& word) {
+    if (position.option != nullptr) {
+        position.option = nullptr;
+    } else if (word.starts_with("-")) {
+        position.option = find_option(position.place, word);
+    } else if (position.place.verb != nullptr) {
+        ++position.given;
+    } else if (const Group* group = find_group(word); group && !position.place.group) {
+        position.place.group = group;
+    } else {
+        position.place = find_verb(position.place.group, word);
+    }
+}
+
+std::vector<std::string> option_words(const Place& place) {
+    std::vector<std::string> words;
+    for (const std::vector<Argument> all = arguments_of(place); const Argument& each : all) {
+        if (each.is_option()) words.emplace_back(each.name);
+    }
+    return words;
+}
+
+std::vector<std::string> command_words(const Group* wanted) {
+    std::vector<std::string> words;
+    for (const Group& group : groups()) {
+        if (wanted == nullptr && !group.name.empty()) {
+            words.emplace_back(group.name);
+        } else if (wanted == nullptr || wanted == &group) {
+            for (const Verb* verb : group.verbs) words.emplace_back(verb->name);
+        }
+    }
+    return words;
+}
+
+std::vector<std::string> values(const Argument& argument, const std::string& word) {
+    return argument.complete ? argument.complete(word) : std::vector<std::string>();
+}
+
+std::vector<std::string> argument_words(const Verb& verb, std::size_t given,
+                                        const std::string& word) {
+    std::size_t index = 0;
+    for (const Argument& argument : verb.arguments) {
+        if (argument.is_option()) continue;
+        if (index == given || argument.repeated) return values(argument, word);
+        ++index;
+    }
+    return {};
+}
+
+std::vector<std::string> candidates(const Position& position, const std::string& word) {
+    if (position.option != nullptr) return values(*position.option, word);
+    if (word.starts_with("-")) return option_words(position.place);
+    if (position.place.verb == nullptr) return command_words(position.place.group);
+    return argument_words(*position.place.verb, position.given, word);
+}
+
+} // namespace
+
+std::vector<std::string> completions(const std::vector<std::string>& words) {
+    Position position;
+    for (std::size_t i = 0; i + 1 < words.size(); ++i) step(position, words[i]);
+    const std::string last = words.empty() ? "" : words.back();
+    std::vector<std::string> offered = candidates(position, last);
+    std::erase_if(offered, [&](const std::string& word) { return !word.starts_with(last); });
+    return offered;
 }
 
 } // namespace qvtc::qvtcctl

@@ -1,41 +1,43 @@
 #include "qvtcctl/advice.hpp"
+#include "qvtcctl/answer.hpp"
 #include "qvtcctl/assignments.hpp"
 #include "qvtcctl/change_lock.hpp"
-#include "qvtcctl/connection_verbs.hpp"
+#include "qvtcctl/connection_words.hpp"
 #include "qvtcctl/device.hpp"
-#include "qvtcctl/notes.hpp"
 #include "qvtcctl/password.hpp"
 #include "qvtcctl/presentation.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/secrets.hpp"
 #include "qvtcctl/validation.hpp"
+#include "qvtcctl/verbs.hpp"
 
 #include <algorithm>
-#include <memory>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace qvtc::qvtcctl {
 namespace {
 
+const Argument password_flag = flag("--password", "ask for the password");
+const Argument password_stdin_flag =
+    flag("--password-stdin", "read the password from standard input");
+const Argument gateway_password_flag = flag("--gateway-password", "ask for the gateway's password");
+const Argument gateway_password_stdin_flag =
+    flag("--gateway-password-stdin", "read the gateway's password from standard input");
+
 struct PasswordOptions {
-    bool password = false;
-    bool password_stdin = false;
-    bool gateway = false;
-    bool gateway_stdin = false;
+    explicit PasswordOptions(const Request& request)
+        : password(request.has(password_flag)), password_stdin(request.has(password_stdin_flag)),
+          gateway(request.has(gateway_password_flag)),
+          gateway_stdin(request.has(gateway_password_stdin_flag)) {}
 
     bool any() const { return password || password_stdin || gateway || gateway_stdin; }
-};
 
-void define_password_options(CLI::App& app, PasswordOptions& options) {
-    app.add_flag("--password", options.password, "ask for the password");
-    app.add_flag("--password-stdin", options.password_stdin,
-                 "read the password from standard input");
-    app.add_flag("--gateway-password", options.gateway, "ask for the gateway's password");
-    app.add_flag("--gateway-password-stdin", options.gateway_stdin,
-                 "read the gateway's password from standard input");
-}
+    bool password;
+    bool password_stdin;
+    bool gateway;
+    bool gateway_stdin;
+};
 
 void require_one_way(bool asked, bool read, std::string_view name) {
     if (asked && read) {
@@ -95,97 +97,123 @@ Answer changed_answer(const Outcome& outcome, unsigned id, const Record& record,
     return answer;
 }
 
+const Argument type_argument =
+    required_argument("TYPE", "type of the connection").completed_by(type_words);
+const Argument values_argument =
+    required_list("FIELD=VALUE", "the values of its fields").completed_by(assignment_words);
+const Argument id_argument =
+    required_argument("ID", "number of the connection").completed_by(connection_words);
+const Argument changes_argument =
+    optional_list("FIELD=VALUE", "the fields to change; an empty VALUE clears")
+        .completed_by(assignment_words);
+const Argument ids_argument =
+    required_list("ID", "numbers of the connections").completed_by(connection_words);
+
+Answer run_connection_add(const Request& request) {
+    const PasswordOptions password_options(request);
+    const ConnectionType& type = require_type(request.text(type_argument));
+    const std::vector<Assignment> assignments = parse_assignments(request.texts(values_argument));
+    Record record = new_record(type);
+    apply(assignments, type, record);
+    require_usable(type, record);
+    const Device device(request.chatter());
+    const std::vector<Assignment> passwords = collect_passwords(password_options, type);
+    put(passwords, record);
+    const ChangeLock lock;
+    const unsigned id = device.add(type, record);
+    record.set_identity(id, type);
+    return changed_answer(added, id, record,
+                          advice_on(type, record, named_fields(assignments, passwords)));
+}
+
+Answer run_connection_set(const Request& request) {
+    const PasswordOptions password_options(request);
+    const unsigned id = require_id(request.text(id_argument));
+    const ConnectionType& type = require_type_of_id(id);
+    if (request.texts(changes_argument).empty() && !password_options.any()) {
+        throw UsageError("nothing to change: give a FIELD=VALUE or a password.");
+    }
+    const std::vector<Assignment> assignments = parse_assignments(request.texts(changes_argument));
+    Record trial;
+    apply(assignments, type, trial);
+    const Device device(request.chatter());
+    device.record(id); // nobody should type a password for a connection that does not exist
+    const std::vector<Assignment> passwords = collect_passwords(password_options, type);
+    const ChangeLock lock;
+    const Record before = device.record(id);
+    Record record = before;
+    apply(assignments, type, record);
+    put(passwords, record);
+    record.set_identity(id, type);
+    require_carried(record);
+    require_usable(type, record);
+    // A document that need not be written is not: other readers would take it for a change.
+    if (record != before) device.store(type, record);
+    return changed_answer(record != before ? changed : unchanged, id, record,
+                          advice_on(type, record, named_fields(assignments, passwords)));
+}
+
+Answer run_connection_remove(const Request& request) {
+    std::vector<unsigned> ids;
+    for (const std::string& word : request.texts(ids_argument)) {
+        const unsigned id = require_id(word);
+        if (std::find(ids.begin(), ids.end(), id) == ids.end()) ids.push_back(id);
+    }
+    const Device device(request.chatter());
+    const ChangeLock lock;
+    std::vector<Record> records;
+    records.reserve(ids.size());
+    for (const unsigned id : ids) records.push_back(device.record(id));
+    Answer answer;
+    Json removed = json_list();
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        device.remove(ids[i]);
+        answer.text += fmt::format("Removed connection {}.\n", label_of(ids[i], records[i]));
+        append(removed, Json(json_object_new_int64(ids[i])));
+    }
+    answer.json = json_map();
+    add(answer.json, "removed", std::move(removed));
+    return answer;
+}
+
 } // namespace
 
-Run define_add(CLI::App& app) {
-    struct Options {
-        std::string type;
-        std::vector<std::string> words;
-        PasswordOptions passwords;
-    };
-    auto options = std::make_shared<Options>();
-    app.add_option("TYPE", options->type, "type of the connection")->required();
-    app.add_option("FIELD", options->words, "the values of its fields")->required();
-    define_password_options(app, options->passwords);
-    return [options](const Context& context) {
-        const ConnectionType& type = require_type(options->type);
-        const std::vector<Assignment> assignments = parse_assignments(options->words);
-        Record record = new_record(type);
-        apply(assignments, type, record);
-        require_usable(type, record);
-        const Device device(context.chatter());
-        const std::vector<Assignment> passwords = collect_passwords(options->passwords, type);
-        put(passwords, record);
-        const ChangeLock lock;
-        const unsigned id = device.add(type, record);
-        record.set_identity(id, type);
-        return changed_answer(added, id, record,
-                              advice_on(type, record, named_fields(assignments, passwords)));
-    };
-}
+const Verb verbs::connection_add{
+    .name = "add",
+    .summary = "Add a connection",
+    .description = "Adds a connection under the lowest free number of its type. It needs at "
+                   "least a serverAddress. An RDP connection gets colorDepth=32 when no other "
+                   "is given. Passwords are asked for or read from standard input, first the "
+                   "user's, then the gateway's.",
+    .examples =
+        {"qvtcctl connection add rdp name=office serverAddress=10.0.0.5 username=anna --password",
+         "qvtcctl connection add vnc name=lab serverAddress=10.0.0.7::5901",
+         "qvtcctl connection add web name=intranet serverAddress=http://intranet/"},
+    .arguments = {type_argument, values_argument, password_flag, password_stdin_flag,
+                  gateway_password_flag, gateway_password_stdin_flag},
+    .run = run_connection_add,
+};
 
-Run define_set(CLI::App& app) {
-    struct Options {
-        std::string id;
-        std::vector<std::string> words;
-        PasswordOptions passwords;
-    };
-    auto options = std::make_shared<Options>();
-    app.add_option("ID", options->id, "number of the connection")->required();
-    app.add_option("FIELD", options->words, "the fields to change; an empty VALUE clears");
-    define_password_options(app, options->passwords);
-    return [options](const Context& context) {
-        const unsigned id = require_id(options->id);
-        const ConnectionType& type = require_type_of_id(id);
-        if (options->words.empty() && !options->passwords.any()) {
-            throw UsageError("nothing to change: give a FIELD=VALUE or a password.");
-        }
-        const std::vector<Assignment> assignments = parse_assignments(options->words);
-        Record trial;
-        apply(assignments, type, trial);
-        const Device device(context.chatter());
-        device.record(id); // nobody should type a password for a connection that does not exist
-        const std::vector<Assignment> passwords = collect_passwords(options->passwords, type);
-        const ChangeLock lock;
-        const Record before = device.record(id);
-        Record record = before;
-        apply(assignments, type, record);
-        put(passwords, record);
-        record.set_identity(id, type);
-        require_carried(record);
-        require_usable(type, record);
-        // A document that need not be written is not: other readers would take it for a change.
-        if (record != before) device.store(type, record);
-        return changed_answer(record != before ? changed : unchanged, id, record,
-                              advice_on(type, record, named_fields(assignments, passwords)));
-    };
-}
+const Verb verbs::connection_set{
+    .name = "set",
+    .summary = "Change fields of a connection",
+    .description = "Changes the fields that are named and leaves all others unchanged. An empty "
+                   "value clears a field.",
+    .examples = {"qvtcctl connection set 32 username=berta --password",
+                 "qvtcctl connection set 32 domain= redirectAudio=on"},
+    .arguments = {id_argument, changes_argument, password_flag, password_stdin_flag,
+                  gateway_password_flag, gateway_password_stdin_flag},
+    .run = run_connection_set,
+};
 
-Run define_remove(CLI::App& app) {
-    auto words = std::make_shared<std::vector<std::string>>();
-    app.add_option("ID", *words, "numbers of the connections")->required();
-    return [words](const Context& context) {
-        std::vector<unsigned> ids;
-        for (const std::string& word : *words) {
-            const unsigned id = require_id(word);
-            if (std::find(ids.begin(), ids.end(), id) == ids.end()) ids.push_back(id);
-        }
-        const Device device(context.chatter());
-        const ChangeLock lock;
-        std::vector<Record> records;
-        records.reserve(ids.size());
-        for (const unsigned id : ids) records.push_back(device.record(id));
-        Answer answer;
-        Json removed = json_list();
-        for (std::size_t i = 0; i < ids.size(); ++i) {
-            device.remove(ids[i]);
-            answer.text += fmt::format("Removed connection {}.\n", label_of(ids[i], records[i]));
-            append(removed, Json(json_object_new_int64(ids[i])));
-        }
-        answer.json = json_map();
-        add(answer.json, "removed", std::move(removed));
-        return answer;
-    };
-}
+const Verb verbs::connection_remove{
+    .name = "remove",
+    .summary = "Remove connections",
+    .description = "Removes the connections with these numbers. When one of them does not "
+                   "exist, none is removed.",
+    .examples = {"qvtcctl connection remove 32", "qvtcctl connection remove 32 224 288"},
+    .arguments = {ids_argument},
+    .run = run_connection_remove,
+};
 
 } // namespace qvtc::qvtcctl

@@ -1,12 +1,10 @@
-#include "qvtcctl/connection_verbs.hpp"
+#include "qvtcctl/connection_words.hpp"
 #include "qvtcctl/device.hpp"
 #include "qvtcctl/presentation.hpp"
 #include "qvtcctl/settings_document.hpp"
 #include "qvtcctl/table.hpp"
+#include "qvtcctl/verbs.hpp"
 
-#include <memory>
-
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace qvtc::qvtcctl {
@@ -37,99 +35,126 @@ std::string users_of(const Field& field) {
     return names.empty() ? "-" : names;
 }
 
+const Argument type_argument =
+    optional_argument("TYPE", "only connections of this type").completed_by(type_words);
+const Argument show_passwords_flag = flag("--show-passwords", "show passwords in clear text");
+const Argument id_argument =
+    required_argument("ID", "number of the connection").completed_by(connection_words);
+const Argument all_flag = flag("--all", "show empty fields too");
+const Argument fields_type_argument =
+    optional_argument("TYPE", "only fields that this type's client gets").completed_by(type_words);
+
+Answer run_connection_list(const Request& request) {
+    const ConnectionType* type =
+        request.text(type_argument).empty() ? nullptr : &require_type(request.text(type_argument));
+    const Device device(request.chatter());
+    const auto passwords =
+        request.has(show_passwords_flag) ? Passwords::readable : Passwords::hidden;
+    const std::vector<Record> records = type == nullptr ? device.records() : device.records(*type);
+    Answer answer;
+    answer.text = records.empty() ? none_text(type) : list_text(records, passwords);
+    answer.json = list_json(records, passwords);
+    return answer;
+}
+
+Answer run_connection_show(const Request& request) {
+    const unsigned id = require_id(request.text(id_argument));
+    const Record record = Device(request.chatter()).record(id);
+    const auto passwords =
+        request.has(show_passwords_flag) ? Passwords::readable : Passwords::hidden;
+    Answer answer;
+    answer.text = record_text(record, passwords, request.has(all_flag));
+    answer.json = record_json(record, passwords, true);
+    return answer;
+}
+
+Answer run_connection_fields(const Request& request) {
+    const ConnectionType* type = request.text(fields_type_argument).empty()
+                                     ? nullptr
+                                     : &require_type(request.text(fields_type_argument));
+    std::vector<Row> rows{{"FIELD", "VALUES", "USED BY", "MEANING"}};
+    Json list = json_list();
+    for (const Field& field : fields) {
+        if (type != nullptr && !contains(field.used_by, *type)) continue;
+        rows.push_back({std::string(field.name), values_of(field), users_of(field),
+                        std::string(field.meaning)});
+        Json row = json_map();
+        add(row, "field", field.name);
+        add(row, "values", values_of(field));
+        add(row, "usedBy", users_of(field));
+        add(row, "meaning", field.meaning);
+        append(list, std::move(row));
+    }
+    Answer answer;
+    answer.text = layout(rows);
+    answer.json = json_map();
+    add(answer.json, "fields", std::move(list));
+    return answer;
+}
+
+Answer run_connection_types(const Request&) {
+    std::vector<Row> rows{{"NUMBER", "TYPE", "IDS", "CLIENT"}};
+    Json list = json_list();
+    for (const ConnectionType& type : connection_types) {
+        rows.push_back(
+            {std::to_string(type.number), std::string(type.name),
+             fmt::format("{}-{}", first_id(type), last_id(type)),
+             can_be_launched(type) ? std::string(type.process) : "started by the front-end only"});
+        Json row = json_map();
+        add_number(row, "number", type.number);
+        add(row, "type", type.name);
+        add_number(row, "firstId", first_id(type));
+        add_number(row, "lastId", last_id(type));
+        add_flag(row, "launch", can_be_launched(type));
+        append(list, std::move(row));
+    }
+    Answer answer;
+    answer.text = layout(rows);
+    answer.json = json_map();
+    add(answer.json, "types", std::move(list));
+    return answer;
+}
+
 } // namespace
 
-Run define_list(CLI::App& app) {
-    struct Options {
-        std::string type;
-        bool show_passwords = false;
-    };
-    auto options = std::make_shared<Options>();
-    app.add_option("TYPE", options->type, "only connections of this type");
-    app.add_flag("--show-passwords", options->show_passwords, "show passwords in clear text");
-    return [options](const Context& context) {
-        const ConnectionType* type = options->type.empty() ? nullptr : &require_type(options->type);
-        const Device device(context.chatter());
-        const auto passwords = options->show_passwords ? Passwords::readable : Passwords::hidden;
-        const std::vector<Record> records =
-            type == nullptr ? device.records() : device.records(*type);
-        Answer answer;
-        answer.text = records.empty() ? none_text(type) : list_text(records, passwords);
-        answer.json = list_json(records, passwords);
-        return answer;
-    };
-}
+const Verb verbs::connection_list{
+    .name = "list",
+    .summary = "List the stored connections",
+    .description = "Lists the stored connections, all of them or those of one type.",
+    .examples = {"qvtcctl connection list", "qvtcctl connection list rdp --json"},
+    .arguments = {type_argument, show_passwords_flag},
+    .run = run_connection_list,
+};
 
-Run define_show(CLI::App& app) {
-    struct Options {
-        std::string id;
-        bool all = false;
-        bool show_passwords = false;
-    };
-    auto options = std::make_shared<Options>();
-    app.add_option("ID", options->id, "number of the connection")->required();
-    app.add_flag("--all", options->all, "show empty fields too");
-    app.add_flag("--show-passwords", options->show_passwords, "show passwords in clear text");
-    return [options](const Context& context) {
-        const unsigned id = require_id(options->id);
-        const Record record = Device(context.chatter()).record(id);
-        const auto passwords = options->show_passwords ? Passwords::readable : Passwords::hidden;
-        Answer answer;
-        answer.text = record_text(record, passwords, options->all);
-        answer.json = record_json(record, passwords, true);
-        return answer;
-    };
-}
+const Verb verbs::connection_show{
+    .name = "show",
+    .summary = "Show one connection",
+    .description = "Shows the fields of one connection that are set, with their meaning.",
+    .examples = {"qvtcctl connection show 32", "qvtcctl connection show 32 --all --show-passwords"},
+    .arguments = {id_argument, all_flag, show_passwords_flag},
+    .run = run_connection_show,
+};
 
-Run define_fields(CLI::App& app) {
-    auto type_name = std::make_shared<std::string>();
-    app.add_option("TYPE", *type_name, "only fields that this type's client gets");
-    return [type_name](const Context&) {
-        const ConnectionType* type = type_name->empty() ? nullptr : &require_type(*type_name);
-        std::vector<Row> rows{{"FIELD", "VALUES", "USED BY", "MEANING"}};
-        Json list = json_list();
-        for (const Field& field : fields) {
-            if (type != nullptr && !contains(field.used_by, *type)) continue;
-            rows.push_back({std::string(field.name), values_of(field), users_of(field),
-                            std::string(field.meaning)});
-            Json row = json_map();
-            add(row, "field", field.name);
-            add(row, "values", values_of(field));
-            add(row, "usedBy", users_of(field));
-            add(row, "meaning", field.meaning);
-            append(list, std::move(row));
-        }
-        Answer answer;
-        answer.text = layout(rows);
-        answer.json = json_map();
-        add(answer.json, "fields", std::move(list));
-        return answer;
-    };
-}
+const Verb verbs::connection_fields{
+    .name = "fields",
+    .summary = "List the fields of a connection",
+    .description = "Lists the fields that a connection has, their values, and which clients get "
+                   "them. Every connection has all fields; a client ignores those that are not "
+                   "for it.",
+    .examples = {"qvtcctl connection fields", "qvtcctl connection fields spice"},
+    .arguments = {fields_type_argument},
+    .settings = Settings::not_needed,
+    .run = run_connection_fields,
+};
 
-Run define_types(CLI::App&) {
-    return [](const Context&) {
-        std::vector<Row> rows{{"NUMBER", "TYPE", "IDS", "CLIENT"}};
-        Json list = json_list();
-        for (const ConnectionType& type : connection_types) {
-            rows.push_back({std::to_string(type.number), std::string(type.name),
-                            fmt::format("{}-{}", first_id(type), last_id(type)),
-                            can_be_launched(type) ? std::string(type.process)
-                                                  : "started by the front-end only"});
-            Json row = json_map();
-            add_number(row, "number", type.number);
-            add(row, "type", type.name);
-            add_number(row, "firstId", first_id(type));
-            add_number(row, "lastId", last_id(type));
-            add_flag(row, "launch", can_be_launched(type));
-            append(list, std::move(row));
-        }
-        Answer answer;
-        answer.text = layout(rows);
-        answer.json = json_map();
-        add(answer.json, "types", std::move(list));
-        return answer;
-    };
-}
+const Verb verbs::connection_types{
+    .name = "types",
+    .summary = "List the types of connections",
+    .description = "Lists the types of connections, the numbers that connections of each type "
+                   "have, and the clients that \"launch\" starts.",
+    .examples = {"qvtcctl connection types"},
+    .settings = Settings::not_needed,
+    .run = run_connection_types,
+};
 
 } // namespace qvtc::qvtcctl

@@ -1,11 +1,10 @@
-#include "qvtcctl/display_verbs.hpp"
 #include "qvtcctl/outputs.hpp"
 #include "qvtcctl/resolutions.hpp"
 #include "qvtcctl/screens.hpp"
 #include "qvtcctl/table.hpp"
 #include "qvtcctl/types.hpp"
+#include "qvtcctl/verbs.hpp"
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace qvtc::qvtcctl {
@@ -46,81 +45,100 @@ void add_brightness(const Json& map, const std::string& brightness) {
     }
 }
 
+Answer run_display_show(const Request& request) {
+    const Screens screens(request.chatter());
+    const std::string index = screens.requested_index();
+    const bool waits = screens.change_waits();
+    const ScreenMode& mode = screens.mode();
+    const std::string order = screens.reversed() ? "reverse" : "usual";
+    const std::string brightness = screens.brightness();
+    const auto outputs = connected_outputs();
+    Answer answer;
+    answer.text = layout({
+        {"Resolution:", resolution_name(index)},
+        {"Change:", waits ? "pending until \"qvtcctl display keep\" or \"qvtcctl display revert\""
+                          : "none pending"},
+        {"Mode:", fmt::format("{} ({})", mode.name, meaning_here(mode, outputs))},
+        {"Order:", order},
+        {"Brightness:", brightness.empty() ? "unknown" : brightness + " %"},
+        {"Screens:", outputs_text(outputs)},
+    });
+    answer.json = json_map();
+    add(answer.json, "resolution", resolution_name(index));
+    add(answer.json, "index", index);
+    add_flag(answer.json, "changeWaits", waits);
+    add(answer.json, "mode", mode.name);
+    add(answer.json, "order", order);
+    add_brightness(answer.json, brightness);
+    add(answer.json, "screens", outputs_json(outputs));
+    return answer;
+}
+
+Answer run_display_list(const Request& request) {
+    const Screens screens(request.chatter());
+    const std::string set = resolution_name(screens.requested_index());
+    Answer answer;
+    Json list = json_list();
+    for (const std::string& name : screens.offered_resolutions()) {
+        answer.text += fmt::format("{} {}\n", name == set ? "*" : " ", name);
+        append(list, json_text(name));
+    }
+    answer.json = json_map();
+    add(answer.json, "resolutions", std::move(list));
+    add(answer.json, "set", set);
+    return answer;
+}
+
+Answer run_display_screens(const Request& request) {
+    const Screens screens(request.chatter());
+    const auto outputs = connected_outputs();
+    Answer answer;
+    answer.json = json_map();
+    if (!outputs) {
+        // The library would count no screen, which is another thing than not knowing.
+        answer.text = layout({{"Screens:", outputs_text(outputs)}});
+        for (const char* const key : {"connected", "screens", "hasVgaAndHdmi"})
+            add(answer.json, key, Json());
+        return answer;
+    }
+    const bool extendable = screens.can_be_extended();
+    answer.text = layout({
+        {"Connected:", std::to_string(outputs->size())},
+        {"Screens:", outputs_text(outputs)},
+        {"Has VGA and HDMI:", extendable ? "yes" : "no"},
+    });
+    add_number(answer.json, "connected", static_cast<long>(outputs->size()));
+    add(answer.json, "screens", outputs_json(outputs));
+    add_flag(answer.json, "hasVgaAndHdmi", extendable);
+    return answer;
+}
+
 } // namespace
 
-Run define_display_show(CLI::App&) {
-    return [](const Context& context) {
-        const Screens screens(context.chatter());
-        const std::string index = screens.requested_index();
-        const bool waits = screens.change_waits();
-        const ScreenMode& mode = screens.mode();
-        const std::string order = screens.reversed() ? "reverse" : "usual";
-        const std::string brightness = screens.brightness();
-        const auto outputs = connected_outputs();
-        Answer answer;
-        answer.text = layout({
-            {"Resolution:", resolution_name(index)},
-            {"Change:", waits
-                            ? "pending until \"qvtcctl display keep\" or \"qvtcctl display revert\""
-                            : "none pending"},
-            {"Mode:", fmt::format("{} ({})", mode.name, meaning_here(mode, outputs))},
-            {"Order:", order},
-            {"Brightness:", brightness.empty() ? "unknown" : brightness + " %"},
-            {"Screens:", outputs_text(outputs)},
-        });
-        answer.json = json_map();
-        add(answer.json, "resolution", resolution_name(index));
-        add(answer.json, "index", index);
-        add_flag(answer.json, "changeWaits", waits);
-        add(answer.json, "mode", mode.name);
-        add(answer.json, "order", order);
-        add_brightness(answer.json, brightness);
-        add(answer.json, "screens", outputs_json(outputs));
-        return answer;
-    };
-}
+const Verb verbs::display_show{
+    .name = "show",
+    .summary = "Show how the screens are set and what they show",
+    .description = "Shows the resolution, mode, order and brightness that are set, and what "
+                   "each connected screen shows.",
+    .examples = {"qvtcctl display show", "qvtcctl display show --json"},
+    .run = run_display_show,
+};
 
-Run define_display_list(CLI::App&) {
-    return [](const Context& context) {
-        const Screens screens(context.chatter());
-        const std::string set = resolution_name(screens.requested_index());
-        Answer answer;
-        Json list = json_list();
-        for (const std::string& name : screens.offered_resolutions()) {
-            answer.text += fmt::format("{} {}\n", name == set ? "*" : " ", name);
-            append(list, json_text(name));
-        }
-        answer.json = json_map();
-        add(answer.json, "resolutions", std::move(list));
-        add(answer.json, "set", set);
-        return answer;
-    };
-}
+const Verb verbs::display_list{
+    .name = "list",
+    .summary = "List the resolutions",
+    .description = "Lists the resolutions that a user is offered, and marks the one that is set.",
+    .examples = {"qvtcctl display list"},
+    .run = run_display_list,
+};
 
-Run define_display_screens(CLI::App&) {
-    return [](const Context& context) {
-        const Screens screens(context.chatter());
-        const auto outputs = connected_outputs();
-        Answer answer;
-        answer.json = json_map();
-        if (!outputs) {
-            // The library would count no screen, which is another thing than not knowing.
-            answer.text = layout({{"Screens:", outputs_text(outputs)}});
-            for (const char* const key : {"connected", "screens", "hasVgaAndHdmi"})
-                add(answer.json, key, Json());
-            return answer;
-        }
-        const bool extendable = screens.can_be_extended();
-        answer.text = layout({
-            {"Connected:", std::to_string(outputs->size())},
-            {"Screens:", outputs_text(outputs)},
-            {"Has VGA and HDMI:", extendable ? "yes" : "no"},
-        });
-        add_number(answer.json, "connected", static_cast<long>(outputs->size()));
-        add(answer.json, "screens", outputs_json(outputs));
-        add_flag(answer.json, "hasVgaAndHdmi", extendable);
-        return answer;
-    };
-}
+const Verb verbs::display_screens{
+    .name = "screens",
+    .summary = "Show how many screens are connected",
+    .description = "Shows how many screens are connected, which they are, and whether the "
+                   "terminal has the two outputs, VGA and HDMI, that an extended desktop needs.",
+    .examples = {"qvtcctl display screens"},
+    .run = run_display_screens,
+};
 
 } // namespace qvtc::qvtcctl

@@ -1,15 +1,14 @@
-#include "qvtcctl/client_verbs.hpp"
+#include "qvtcctl/connection_words.hpp"
 #include "qvtcctl/device.hpp"
 #include "qvtcctl/doctor_findings.hpp"
 #include "qvtcctl/follow.hpp"
 #include "qvtcctl/installed.hpp"
 #include "qvtcctl/processes.hpp"
+#include "qvtcctl/verbs.hpp"
 #include "qvtcctl/windows.hpp"
 
 #include <algorithm>
-#include <memory>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <unistd.h>
 
@@ -142,19 +141,30 @@ Answer answer_on(unsigned id, const ConnectionType& type, const Record& record,
     return answer;
 }
 
+const Argument id_argument =
+    required_argument("ID", "number of the connection").completed_by(connection_words);
+
+Answer run_doctor(const Request& request) {
+    const unsigned id = require_id(request.text(id_argument));
+    const ConnectionType& type = require_type_of_id(id);
+    const Device device(request.chatter());
+    const Record record = device.record(id);
+    return answer_on(id, type, record,
+                     findings_on(type, id, record, look_around(device, type, record)));
+}
+
 } // namespace
 
-Run define_doctor(CLI::App& app) {
-    auto text = std::make_shared<std::string>();
-    app.add_option("ID", *text, "number of the connection")->required();
-    return [text](const Context& context) {
-        const unsigned id = require_id(*text);
-        const ConnectionType& type = require_type_of_id(id);
-        const Device device(context.chatter());
-        const Record record = device.record(id);
-        return answer_on(id, type, record,
-                         findings_on(type, id, record, look_around(device, type, record)));
-    };
-}
+const Verb verbs::doctor{
+    .name = "doctor",
+    .summary = "Check a connection without starting it",
+    .description = "Looks at everything that a stored connection needs, and starts nothing: its "
+                   "settings and passwords, its server's name, port and certificate, its "
+                   "client, the screen, the sound, and the marker files that change what it "
+                   "does. Each finding is ok, a warning or a problem, and says what to do.",
+    .examples = {"qvtcctl doctor 32", "qvtcctl doctor 32 --json"},
+    .arguments = {id_argument},
+    .run = run_doctor,
+};
 
 } // namespace qvtc::qvtcctl

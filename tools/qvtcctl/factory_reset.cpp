@@ -7,12 +7,10 @@
 #include "qvtcctl/table.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
-#include "qvtcctl/time_verbs.hpp"
+#include "qvtcctl/verbs.hpp"
 
 #include <filesystem>
-#include <memory>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <qvtcapi/factory_defaults.h>
@@ -134,36 +132,40 @@ Json plan_json(const Device& device) {
     return plan;
 }
 
+const Argument yes_flag = flag("--yes", "do not ask");
+const Argument plan_flag = flag("--plan", "only show what would be done");
+
+Answer run_factory_reset(const Request& request) {
+    const Device device(request.chatter());
+    Answer answer;
+    answer.json = plan_json(device);
+    const std::string plan = plan_text(device, request.chatter());
+    if (request.has(plan_flag)) {
+        answer.text = plan;
+        return answer;
+    }
+    if (!request.json) write_out(plan);
+    require_consent(request.has(yes_flag), "This cannot be undone.");
+    const LogMark log{std::string(system_log)};
+    Progress progress(!request.json);
+    run_in_child([] { return qvresetsysconf(); }, request.chatter(),
+                 [&](long seconds) { progress.show("Resetting", seconds); });
+    progress.clear();
+    require_reset(device, log);
+    answer.text = "The terminal has its factory settings and restarts.\n";
+    return answer;
+}
+
 } // namespace
 
-Run define_factory_reset(CLI::App& app) {
-    struct Options {
-        bool yes = false;
-        bool plan = false;
-    };
-    auto options = std::make_shared<Options>();
-    app.add_flag("--yes", options->yes, "do not ask");
-    app.add_flag("--plan", options->plan, "only show what would be done");
-    return [options](const Context& context) {
-        const Device device(context.chatter());
-        Answer answer;
-        answer.json = plan_json(device);
-        const std::string plan = plan_text(device, context.chatter());
-        if (options->plan) {
-            answer.text = plan;
-            return answer;
-        }
-        if (!context.json) write_out(plan);
-        require_consent(options->yes, "This cannot be undone.");
-        const LogMark log{std::string(system_log)};
-        Progress progress(!context.json);
-        run_in_child([] { return qvresetsysconf(); }, context.chatter(),
-                     [&](long seconds) { progress.show("Resetting", seconds); });
-        progress.clear();
-        require_reset(device, log);
-        answer.text = "The terminal has its factory settings and restarts.\n";
-        return answer;
-    };
-}
+const Verb verbs::factory_reset{
+    .name = "factory-reset",
+    .summary = "Return the terminal to its factory state",
+    .description = "Shows what a factory reset does to this terminal, asks you, does it and "
+                   "restarts the terminal. With --plan it only shows it.",
+    .examples = {"qvtcctl factory-reset --plan", "qvtcctl factory-reset"},
+    .arguments = {yes_flag, plan_flag},
+    .run = run_factory_reset,
+};
 
 } // namespace qvtc::qvtcctl

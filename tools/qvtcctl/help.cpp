@@ -38,39 +38,23 @@ std::string indented(std::string_view text) {
     return result;
 }
 
-std::vector<const CLI::Option*> options_of(const CLI::App& app, bool positional) {
-    std::vector<const CLI::Option*> options;
-    for (const CLI::Option* option : app.get_options()) {
-        if (option->get_positional() == positional) options.push_back(option);
-    }
-    return options;
-}
-
-bool takes_many(const CLI::Option& option) { return option.get_expected_max() > 1; }
-
-/// "TYPE", "ID..." or "FIELD=VALUE..."
-std::string argument_label(const CLI::Option& option) {
-    std::string name = option.get_name(true);
-    if (name == "FIELD") name = "FIELD=VALUE";
-    return name + (takes_many(option) ? "..." : "");
-}
-
-/// "--timeout SECONDS", or "-h, --help"
-std::string option_label(const CLI::Option& option) {
+/// "TYPE", "ID...", "--timeout SECONDS" or "-h, --help"
+std::string label_of(const Argument& argument) {
     std::string label;
-    for (const std::string& name : option.get_snames()) label += fmt::format("-{}, ", name);
-    for (const std::string& name : option.get_lnames()) label += fmt::format("--{}", name);
-    if (!option.get_option_text().empty()) label += " " + option.get_option_text();
+    if (!argument.letter.empty()) label += fmt::format("-{}, ", argument.letter);
+    label += argument.name;
+    if (argument.repeated) label += "...";
+    if (!argument.value.empty()) label += fmt::format(" {}", argument.value);
     return label;
 }
 
-std::string usage(const CLI::App& app) {
-    std::string line = fmt::format("Usage: {}", full_name(app));
-    if (!app.get_subcommands(nullptr).empty()) return line + " [OPTION]... COMMAND\n";
-    line += " [OPTION]...";
-    for (const CLI::Option* argument : options_of(app, true)) {
-        const std::string label = argument_label(*argument);
-        line += argument->get_required() ? " " + label : fmt::format(" [{}]", label);
+std::string usage(const Place& place) {
+    std::string line = fmt::format("Usage: {} [OPTION]...", place.full_name());
+    if (place.verb == nullptr) return line + " COMMAND\n";
+    for (const Argument& argument : place.verb->arguments) {
+        if (argument.is_option()) continue;
+        const std::string label = label_of(argument);
+        line += argument.required ? " " + label : fmt::format(" [{}]", label);
     }
     return line + "\n";
 }
@@ -79,35 +63,27 @@ std::string rows_under(std::string_view title, const std::vector<Row>& rows) {
     return rows.empty() ? "" : fmt::format("\n{}:\n{}", title, indented(layout(rows)));
 }
 
-std::string commands(const CLI::App& app) {
+/// The commands of a group by their names; of the program, all of them by their groups' too.
+std::string commands(const Place& place) {
     std::vector<Row> rows;
-    for (const CLI::App* sub : app.get_subcommands(nullptr)) {
-        const auto below = sub->get_subcommands(nullptr);
-        if (below.empty()) rows.push_back({sub->get_name(), sub->get_description()});
-        for (const CLI::App* verb : below) {
+    for (const Group& group : groups()) {
+        if (place.group != nullptr && place.group != &group) continue;
+        for (const Verb* verb : group.verbs) {
+            const bool is_alone = place.group != nullptr || group.name.empty();
             rows.push_back(
-                {fmt::format("{} {}", sub->get_name(), verb->get_name()), verb->get_description()});
+                {is_alone ? std::string(verb->name) : fmt::format("{} {}", group.name, verb->name),
+                 std::string(verb->summary)});
         }
     }
     return rows_under("Commands", rows);
 }
 
-std::string arguments(const CLI::App& app) {
+std::string arguments(const Place& place, std::string_view title, bool options) {
     std::vector<Row> rows;
-    for (const CLI::Option* argument : options_of(app, true)) {
-        rows.push_back({argument_label(*argument), argument->get_description()});
+    for (const Argument& argument : arguments_of(place)) {
+        if (argument.is_option() == options) rows.push_back({label_of(argument), argument.help});
     }
-    return rows_under("Arguments", rows);
-}
-
-std::string options(const CLI::App& app) {
-    std::vector<Row> rows;
-    for (const CLI::Option* option : options_of(app, false)) {
-        rows.push_back({option_label(*option), option->get_description()});
-    }
-    // The help option is the first that was defined, and the least of them.
-    std::rotate(rows.begin(), rows.begin() + 1, rows.end());
-    return rows_under("Options", rows);
+    return rows_under(title, rows);
 }
 
 std::string exit_status() {
@@ -119,29 +95,31 @@ std::string exit_status() {
     return rows_under("Exit status", rows);
 }
 
-} // namespace
-
-std::string full_name(const CLI::App& app) {
-    if (app.get_parent() == nullptr) return app.get_name();
-    return fmt::format("{} {}", full_name(*app.get_parent()), app.get_name());
+std::string examples(const Verb& verb) {
+    std::string text = "\nExamples:\n";
+    for (const std::string_view example : verb.examples) {
+        text += fmt::format("{}{}\n", indent, example);
+    }
+    return text;
 }
 
-std::string help_of(const CLI::App& app) {
-    const bool is_verb = app.get_subcommands(nullptr).empty();
-    if (!is_verb) {
-        const std::string about =
-            app.get_parent() == nullptr
-                ? "Manages this terminal: its connections, their clients, and its settings."
-                : app.get_description() + ".";
-        std::string text =
-            fmt::format("{}\n{}\n{}{}", usage(app), about, commands(app), options(app));
-        if (app.get_parent() == nullptr) text += exit_status();
-        return text + fmt::format("\n\"{} COMMAND --help\" explains a command.\n", full_name(app));
-    }
-    const std::string footer = app.get_footer();
-    const std::size_t split = footer.find("\n\n");
-    return fmt::format("{}\n{}{}{}\nExamples:\n{}", usage(app), wrapped(footer.substr(0, split)),
-                       arguments(app), options(app), indented(footer.substr(split + 2)));
+std::string help_of_commands(const Place& place) {
+    const std::string about =
+        place.group == nullptr
+            ? "Manages this terminal: its connections, their clients, and its settings."
+            : fmt::format("{}.", place.group->summary);
+    return fmt::format("{}\n{}\n{}{}{}\n\"{} COMMAND --help\" explains a command.\n", usage(place),
+                       about, commands(place), arguments(place, "Options", true),
+                       place.group == nullptr ? exit_status() : "", place.full_name());
+}
+
+} // namespace
+
+std::string help_of(const Place& place) {
+    if (place.verb == nullptr) return help_of_commands(place);
+    return fmt::format("{}\n{}{}{}{}", usage(place), wrapped(place.verb->description),
+                       arguments(place, "Arguments", false), arguments(place, "Options", true),
+                       examples(*place.verb));
 }
 
 } // namespace qvtc::qvtcctl

@@ -1,17 +1,15 @@
 #include "qvtcctl/host_name.hpp"
+#include "qvtcctl/verbs.hpp"
 
 #include "qvtcctl/quiet.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/stored_setting.hpp"
 #include "qvtcctl/terminal.hpp"
-#include "qvtcctl/terminal_verbs.hpp"
 #include "qvtcctl/text.hpp"
 
 #include <algorithm>
 #include <array>
-#include <memory>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
 
@@ -80,31 +78,44 @@ std::string fault_in_host_name(std::string_view name) {
     }
 }
 
-Run define_host_name(CLI::App& app) {
-    auto name = std::make_shared<std::string>();
-    const CLI::Option* given = app.add_option("NAME", *name, "the new host name");
-    return [name, given](const Context& context) {
-        const bool set = given->count() > 0;
-        if (set) {
-            if (const std::string fault = fault_in_host_name(*name); !fault.empty()) {
-                throw Refusal(ExitCode::bad_usage,
-                              fmt::format("host name \"{}\" {}", printable(*name), fault));
-            }
+namespace {
+
+const Argument name_argument = optional_argument("NAME", "the new host name");
+
+Answer run_host_name(const Request& request) {
+    const std::string& name = request.text(name_argument);
+    const bool set = request.has(name_argument);
+    if (set) {
+        if (const std::string fault = fault_in_host_name(name); !fault.empty()) {
+            throw Refusal(ExitCode::bad_usage,
+                          fmt::format("host name \"{}\" {}", printable(name), fault));
         }
-        require_terminal();
-        const bool changes = set && !is_set_to(*name, context.chatter());
-        if (changes) set_host_name(*name, context.chatter());
-        const std::string now = stored_host_name(context.chatter());
-        Answer answer;
-        answer.text = changes ? fmt::format("The host name is {} from the next start on.\n", now)
-                      : set   ? fmt::format("Unchanged: the host name is {}.\n", now)
-                      : now.empty() ? "No host name is set.\n"
-                                    : fmt::format("{}\n", printable(now));
-        answer.json = json_map();
-        add(answer.json, "hostName", now.empty() ? Json() : json_text(now));
-        if (set) add_flag(answer.json, "changed", changes);
-        return answer;
-    };
+    }
+    require_terminal();
+    const bool changes = set && !is_set_to(name, request.chatter());
+    if (changes) set_host_name(name, request.chatter());
+    const std::string now = stored_host_name(request.chatter());
+    Answer answer;
+    answer.text = changes       ? fmt::format("The host name is {} from the next start on.\n", now)
+                  : set         ? fmt::format("Unchanged: the host name is {}.\n", now)
+                  : now.empty() ? "No host name is set.\n"
+                                : fmt::format("{}\n", printable(now));
+    answer.json = json_map();
+    add(answer.json, "hostName", now.empty() ? Json() : json_text(now));
+    if (set) add_flag(answer.json, "changed", changes);
+    return answer;
 }
+
+} // namespace
+
+const Verb verbs::host_name{
+    .name = "host-name",
+    .summary = "Show or set the terminal's host name",
+    .description = "Shows the host name, or sets it. A new name takes effect at the next start "
+                   "of the terminal.",
+    .examples = {"qvtcctl host-name", "qvtcctl host-name reception-2"},
+    .arguments = {name_argument},
+    .run = run_host_name,
+};
 
 } // namespace qvtc::qvtcctl

@@ -6,12 +6,11 @@
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/table.hpp"
 #include "qvtcctl/terminal.hpp"
-#include "qvtcctl/time_verbs.hpp"
+#include "qvtcctl/verbs.hpp"
 
 #include <array>
 #include <filesystem>
 
-#include <CLI/CLI.hpp>
 #include <qvtcapi/qvtcapi.h>
 
 namespace qvtc::qvtcctl {
@@ -126,27 +125,34 @@ Json fixed_texts(const Json& info) {
     return fixed;
 }
 
+Answer run_info(const Request& request) {
+    require_terminal();
+    Json info;
+    {
+        const Quiet quiet(request.chatter());
+        info.reset(qvgetsysinfo());
+    }
+    if (!info) throw Refusal(ExitCode::not_done, "the terminal's information could not be read.");
+    Report report;
+    report.add_row("Host name", "hostname", stored_host_name(request.chatter()));
+    for (const Fact& fact : facts)
+        report.add_row(fact.title, fact.member, known_fact(info, fact.member));
+    for (const Date& date : dates) report.add_row(date.title, date.member, known_date(info, date));
+    for (const Client& client : clients) report.add_client(client);
+    return report.answer(fixed_texts(info));
+}
+
 } // namespace
 
-Run define_information(CLI::App&) {
-    return [](const Context& context) {
-        require_terminal();
-        Json info;
-        {
-            const Quiet quiet(context.chatter());
-            info.reset(qvgetsysinfo());
-        }
-        if (!info)
-            throw Refusal(ExitCode::not_done, "the terminal's information could not be read.");
-        Report report;
-        report.add_row("Host name", "hostname", stored_host_name(context.chatter()));
-        for (const Fact& fact : facts)
-            report.add_row(fact.title, fact.member, known_fact(info, fact.member));
-        for (const Date& date : dates)
-            report.add_row(date.title, date.member, known_date(info, date));
-        for (const Client& client : clients) report.add_client(client);
-        return report.answer(fixed_texts(info));
-    };
-}
+const Verb verbs::info{
+    .name = "info",
+    .summary = "Show what this terminal is",
+    .description = "Shows the terminal's name, model, processor, memory, storage, hardware "
+                   "addresses, the dates of its updates, and which clients are installed. What "
+                   "cannot be looked up is unknown. With --json there is also \"fixed\", the "
+                   "texts that the library gives for every terminal, whatever is on it.",
+    .examples = {"qvtcctl info", "qvtcctl info --json"},
+    .run = run_info,
+};
 
 } // namespace qvtc::qvtcctl

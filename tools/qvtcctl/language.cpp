@@ -1,14 +1,12 @@
-#include "qvtcctl/device_verbs.hpp"
 #include "qvtcctl/json.hpp"
 #include "qvtcctl/quiet.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
+#include "qvtcctl/verbs.hpp"
 
-#include <memory>
-#include <regex>
+#include <algorithm>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
 
@@ -23,9 +21,31 @@ std::string language_now(Chatter chatter) {
     return answer ? text_member(answer.get(), "language") : "";
 }
 
+constexpr std::string_view lower_case = "abcdefghijklmnopqrstuvwxyz";
+constexpr std::string_view upper_case = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+constexpr std::string_view in_a_suffix = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                         "0123456789.@_-";
+
+/// Takes the characters of a set from the start of the text, and tells how many.
+std::size_t skip(std::string_view& text, std::string_view set) {
+    const std::size_t count = std::min(text.find_first_not_of(set), text.size());
+    text.remove_prefix(count);
+    return count;
+}
+
+/// "en_US", "ast_ES" or "de_AT.UTF-8@euro"
+bool is_locale(std::string_view text) {
+    const std::size_t language = skip(text, lower_case);
+    if (language < 2 || language > 3 || !text.starts_with('_')) return false;
+    text.remove_prefix(1);
+    if (skip(text, upper_case) != 2) return false;
+    if (text.empty()) return true;
+    return text.find_first_of(".@") == 0 && text.size() > 1 && skip(text, in_a_suffix) > 0 &&
+           text.empty();
+}
+
 void require_locale(const std::string& locale) {
-    static const std::regex form("[a-z]{2,3}_[A-Z]{2}([.@][A-Za-z0-9.@_-]+)?");
-    if (locale.size() <= longest_locale && std::regex_match(locale, form)) return;
+    if (locale.size() <= longest_locale && is_locale(locale)) return;
     throw Refusal(
         ExitCode::bad_usage,
         fmt::format("\"{}\" is not a locale name. Write it as en_US.", printable(locale)));
@@ -45,26 +65,35 @@ bool set_language(const std::string& locale, Chatter chatter) {
     return status == 0;
 }
 
+const Argument locale_argument = optional_argument("LOCALE", "the new language, such as en_US");
+
+Answer run_language(const Request& request) {
+    const bool set = request.has(locale_argument);
+    if (set) require_locale(request.text(locale_argument));
+    require_terminal();
+    Answer answer;
+    if (set && !set_language(request.text(locale_argument), request.chatter()))
+        answer.notes = {"the start picture is locked and was not changed."};
+    const std::string now = language_now(request.chatter());
+    answer.text = set           ? fmt::format("The language is now {}.\n", now)
+                  : now.empty() ? "No language is set.\n"
+                                : fmt::format("{}\n", printable(now));
+    answer.json = json_map();
+    add(answer.json, "language", now);
+    return answer;
+}
+
 } // namespace
 
-Run define_language(CLI::App& app) {
-    auto locale = std::make_shared<std::string>();
-    const CLI::Option* given = app.add_option("LOCALE", *locale, "the new language, such as en_US");
-    return [locale, given](const Context& context) {
-        const bool set = given->count() > 0;
-        if (set) require_locale(*locale);
-        require_terminal();
-        Answer answer;
-        if (set && !set_language(*locale, context.chatter()))
-            answer.notes = {"the start picture is locked and was not changed."};
-        const std::string now = language_now(context.chatter());
-        answer.text = set           ? fmt::format("The language is now {}.\n", now)
-                      : now.empty() ? "No language is set.\n"
-                                    : fmt::format("{}\n", printable(now));
-        answer.json = json_map();
-        add(answer.json, "language", now);
-        return answer;
-    };
-}
+const Verb verbs::language{
+    .name = "language",
+    .summary = "Show or set the language of the front-end",
+    .description = "Shows the language, or sets it together with the picture that the terminal "
+                   "shows while it starts. The front-end is translated to zh_CN, ko_KR and "
+                   "en_US.",
+    .examples = {"qvtcctl language", "qvtcctl language ko_KR"},
+    .arguments = {locale_argument},
+    .run = run_language,
+};
 
 } // namespace qvtc::qvtcctl

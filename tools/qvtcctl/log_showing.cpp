@@ -1,5 +1,4 @@
 #include "qvtcctl/console.hpp"
-#include "qvtcctl/device_verbs.hpp"
 #include "qvtcctl/followed_file.hpp"
 #include "qvtcctl/json.hpp"
 #include "qvtcctl/log_lines.hpp"
@@ -9,12 +8,11 @@
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
 #include "qvtcctl/types.hpp"
+#include "qvtcctl/verbs.hpp"
 
 #include <chrono>
-#include <memory>
 #include <thread>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace qvtc::qvtcctl {
@@ -25,13 +23,6 @@ using namespace std::chrono_literals;
 constexpr unsigned default_lines = 20;
 constexpr unsigned most_lines = 100000;
 constexpr std::uintmax_t bytes_looked_at = 16UL << 20;
-
-struct Options {
-    std::string level = "debug";
-    std::string lines = std::to_string(default_lines);
-    bool follow = false;
-    bool show_passwords = false;
-};
 
 /// Which lines are shown, and how.
 struct View {
@@ -88,41 +79,52 @@ unsigned require_count(const std::string& text) {
                                                    printable(text), most_lines));
 }
 
+const Argument level_option = option("--level", "LEVEL",
+                                     "only lines of this level or a higher one: debug, "
+                                     "info, error (default: debug)")
+                                  .completed_by(one_of({"debug", "info", "error"}));
+const Argument lines_option =
+    option("--lines", "N", fmt::format("how many of the last lines (default: {})", default_lines));
+const Argument follow_flag = flag("--follow", "keep showing what is added, until Ctrl+C");
+const Argument show_passwords_flag =
+    flag("--show-passwords", "show the passwords of client command lines");
+
+Answer run_log(const Request& request) {
+    const View view{
+        request.has(level_option) ? require_level(request.text(level_option)) : LogLevel::debug,
+        request.has(lines_option) ? require_count(request.text(lines_option)) : default_lines,
+        request.has(show_passwords_flag)};
+    require_terminal();
+    const std::vector<LogLine> lines =
+        chosen(whole_lines(file_tail(std::string(system_log), bytes_looked_at)), view);
+    if (request.has(follow_flag)) {
+        follow(view, request.json);
+        return Answer{};
+    }
+    Answer answer;
+    Json list = json_list();
+    for (const LogLine& line : lines) {
+        answer.text += text_of(line);
+        append(list, json_of(line));
+    }
+    if (lines.empty()) answer.text = "There are no such lines in the log.\n";
+    answer.json = json_map();
+    add(answer.json, "lines", std::move(list));
+    return answer;
+}
+
 } // namespace
 
-Run define_log(CLI::App& app) {
-    auto options = std::make_shared<Options>();
-    app.add_option("--level", options->level,
-                   "only lines of this level or a higher one: debug, "
-                   "info, error (default: debug)")
-        ->option_text("LEVEL");
-    app.add_option("--lines", options->lines,
-                   fmt::format("how many of the last lines (default: {})", default_lines))
-        ->option_text("N");
-    app.add_flag("--follow", options->follow, "keep showing what is added, until Ctrl+C");
-    app.add_flag("--show-passwords", options->show_passwords,
-                 "show the passwords of client command lines");
-    return [options](const Context& context) {
-        const View view{require_level(options->level), require_count(options->lines),
-                        options->show_passwords};
-        require_terminal();
-        const std::vector<LogLine> lines =
-            chosen(whole_lines(file_tail(std::string(system_log), bytes_looked_at)), view);
-        if (options->follow) {
-            follow(view, context.json);
-            return Answer{};
-        }
-        Answer answer;
-        Json list = json_list();
-        for (const LogLine& line : lines) {
-            answer.text += text_of(line);
-            append(list, json_of(line));
-        }
-        if (lines.empty()) answer.text = "There are no such lines in the log.\n";
-        answer.json = json_map();
-        add(answer.json, "lines", std::move(list));
-        return answer;
-    };
-}
+const Verb verbs::log{
+    .name = "log",
+    .summary = "Show the library's log",
+    .description = "Shows the last lines of the log, or follows it until you press Ctrl+C. The "
+                   "passwords of client command lines are masked unless --show-passwords is "
+                   "given.",
+    .examples = {"qvtcctl log", "qvtcctl log --level error --lines 100", "qvtcctl log --follow"},
+    .arguments = {level_option, lines_option, follow_flag, show_passwords_flag},
+    .settings = Settings::not_needed,
+    .run = run_log,
+};
 
 } // namespace qvtc::qvtcctl

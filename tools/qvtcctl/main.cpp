@@ -19,13 +19,13 @@ void print_notes(const std::vector<std::string>& notes) {
         write_error(printable_lines(fmt::format("Note: {}\n", note)));
 }
 
-void print(const Answer& answer, const Context& context) {
-    if (context.json && answer.json) {
+void print(const Answer& answer, bool as_json) {
+    if (as_json && answer.json) {
         write_out(to_text(answer.json));
         return;
     }
     write_out(printable_lines(answer.text));
-    if (context.json) return;
+    if (as_json) return;
     print_notes(answer.notes);
     if (!answer.error.empty())
         write_error(printable_lines(fmt::format("qvtcctl: {}", answer.error)));
@@ -60,17 +60,17 @@ void print_refusal(const Refusal& refusal, bool as_json, const std::string& help
     print_notes(notes);
 }
 
-int print_completions(const CommandLine& line, const std::vector<std::string>& words) {
-    for (const std::string& word : completions(line.root(), words)) write_out(word + "\n");
+int print_completions(const std::vector<std::string>& words) {
+    for (const std::string& word : completions(words)) write_out(word + "\n");
     return 0;
 }
 
 /// Runs the verb, and lets no verb take settings that cannot be read for settings that are unset.
-Answer answer_of(const CommandLine::Call& call) {
+Answer answer_to(const Verb& verb, const Request& request) {
     const std::optional<DocumentFault> before = fault_in_settings_document();
-    if (before && !before->partly && call.settings == Settings::needed)
+    if (before && !before->partly && verb.settings == Settings::needed)
         throw Refusal(ExitCode::not_done, before->message());
-    Answer answer = call.run(call.context);
+    Answer answer = verb.run(request);
     // A change may have mended the document, but what was lost before stays lost.
     const bool lost = before && before->partly;
     if (const auto now = lost ? before : fault_in_settings_document())
@@ -78,22 +78,29 @@ Answer answer_of(const CommandLine::Call& call) {
     return answer;
 }
 
-int run(CommandLine& line, const std::vector<std::string>& words) {
-    // A wrong command line is reported in JSON as well, so this must be known before it is read.
+int run(const CommandLine& line) {
+    if (!line.fault.empty()) throw UsageError(line.fault);
+    if (line.wanted == CommandLine::Wanted::help) {
+        write_out(help_of(line.place));
+        return 0;
+    }
+    if (line.wanted == CommandLine::Wanted::version) {
+        write_out(version_text());
+        return 0;
+    }
+    const Answer answer = answer_to(*line.place.verb, line.request);
+    print(answer, line.request.json);
+    return static_cast<int>(answer.code);
+}
+
+int run_or_refuse(const std::vector<std::string>& words) {
+    const CommandLine line = parse_command_line(words);
+    // A wrong command line is reported in JSON as well, even where it could not be read.
     const bool as_json = std::find(words.begin(), words.end(), "--json") != words.end();
     try {
-        const CommandLine::Call call = line.parse(words);
-        const Answer answer = answer_of(call);
-        print(answer, call.context);
-        return static_cast<int>(answer.code);
-    } catch (const CLI::CallForHelp&) {
-        write_out(line.help());
-        return 0;
-    } catch (const CLI::CallForVersion& version) {
-        write_out(version.what());
-        return 0;
+        return run(line);
     } catch (const UsageError& error) {
-        print_refusal(error, as_json, fmt::format("Try \"{} --help\".\n", line.chosen_name()));
+        print_refusal(error, as_json, fmt::format("Try \"{} --help\".\n", line.place.full_name()));
         return static_cast<int>(error.code());
     } catch (const Refusal& refusal) {
         print_refusal(refusal, as_json, "");
@@ -113,12 +120,9 @@ int guarded_main(int argc, char** argv) {
     try {
         hold_standard_descriptors();
         const std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
-        CommandLine line;
-        if (!words.empty() && words.front() == completion_word) {
-            return unless_output_was_lost(
-                print_completions(line, {words.begin() + 1, words.end()}));
-        }
-        return unless_output_was_lost(run(line, words));
+        if (!words.empty() && words.front() == completion_word)
+            return unless_output_was_lost(print_completions({words.begin() + 1, words.end()}));
+        return unless_output_was_lost(run_or_refuse(words));
     } catch (const std::exception& error) {
         write_error(fmt::format("qvtcctl: {}\n", error.what()));
         return static_cast<int>(ExitCode::not_done);

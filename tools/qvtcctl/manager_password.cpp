@@ -3,12 +3,9 @@
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/secrets.hpp"
 #include "qvtcctl/terminal.hpp"
-#include "qvtcctl/terminal_verbs.hpp"
 #include "qvtcctl/text.hpp"
+#include "qvtcctl/verbs.hpp"
 
-#include <memory>
-
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
 
@@ -17,13 +14,6 @@ namespace {
 
 constexpr const char* what = "manager password";
 constexpr std::size_t longest_password = 255;
-
-struct Options {
-    bool ask = false;
-    bool read = false;
-    bool remove = false;
-    bool show = false;
-};
 
 std::string password_now(Chatter chatter) {
     const Quiet quiet(chatter);
@@ -59,46 +49,61 @@ void set_password(const std::string& password, Chatter chatter) {
         throw not_taken(fmt::format("the {} was not stored", what), log);
 }
 
+const Argument password_flag = flag("--password", "ask for a new password");
+const Argument password_stdin_flag =
+    flag("--password-stdin", "read a new password from standard input");
+const Argument remove_flag = flag("--remove", "remove the password");
+const Argument show_password_flag = flag("--show-password", "show the password in clear text");
+
 /// Changes the password if an option asks for it; what was done.
-std::string changed(const Options& options, Chatter chatter) {
-    if (options.ask + options.read + options.remove > 1)
+std::string changed(const Request& request) {
+    const bool ask = request.has(password_flag);
+    const bool read = request.has(password_stdin_flag);
+    const bool remove = request.has(remove_flag);
+    if (ask + read + remove > 1)
         throw UsageError("--password, --password-stdin and --remove cannot be used together.");
-    if (options.remove) {
-        set_password("", chatter);
+    if (remove) {
+        set_password("", request.chatter());
         return "The manager password was removed.\n";
     }
-    if (!options.ask && !options.read) return "";
+    if (!ask && !read) return "";
     const std::string password =
-        options.ask ? ask_for_password(what, "--password-stdin") : read_password_line(what);
-    if (options.read) require_end_of_input();
+        ask ? ask_for_password(what, "--password-stdin") : read_password_line(what);
+    if (read) require_end_of_input();
     require_carried(password);
-    set_password(password, chatter);
+    set_password(password, request.chatter());
     return "The manager password was set.\n";
+}
+
+Answer run_manager_password(const Request& request) {
+    require_terminal();
+    Answer answer;
+    answer.text = changed(request);
+    const std::string now = password_now(request.chatter());
+    if (answer.text.empty()) {
+        answer.text =
+            now.empty() ? "No manager password is set.\n" : "A manager password is set.\n";
+    }
+    if (request.has(show_password_flag) && !now.empty()) answer.text += printable(now) + "\n";
+    answer.json = json_map();
+    add_flag(answer.json, "set", !now.empty());
+    if (request.has(show_password_flag)) add(answer.json, "password", now);
+    return answer;
 }
 
 } // namespace
 
-Run define_manager_password(CLI::App& app) {
-    auto options = std::make_shared<Options>();
-    app.add_flag("--password", options->ask, "ask for a new password");
-    app.add_flag("--password-stdin", options->read, "read a new password from standard input");
-    app.add_flag("--remove", options->remove, "remove the password");
-    app.add_flag("--show-password", options->show, "show the password in clear text");
-    return [options](const Context& context) {
-        require_terminal();
-        Answer answer;
-        answer.text = changed(*options, context.chatter());
-        const std::string now = password_now(context.chatter());
-        if (answer.text.empty()) {
-            answer.text =
-                now.empty() ? "No manager password is set.\n" : "A manager password is set.\n";
-        }
-        if (options->show && !now.empty()) answer.text += printable(now) + "\n";
-        answer.json = json_map();
-        add_flag(answer.json, "set", !now.empty());
-        if (options->show) add(answer.json, "password", now);
-        return answer;
-    };
-}
+const Verb verbs::manager_password{
+    .name = "manager-password",
+    .summary = "Show, set or remove the password of the manager screens",
+    .description = "Shows whether the front-end's manager screens are protected by a password, "
+                   "sets that password or removes it. A new one is asked for, or read from "
+                   "standard input; it is not an argument, as everybody on the machine can read "
+                   "a command line.",
+    .examples = {"qvtcctl manager-password", "qvtcctl manager-password --password",
+                 "qvtcctl manager-password --remove"},
+    .arguments = {password_flag, password_stdin_flag, remove_flag, show_password_flag},
+    .run = run_manager_password,
+};
 
 } // namespace qvtc::qvtcctl

@@ -1,28 +1,30 @@
 #include "qvtcctl/addresses.hpp"
+#include "qvtcctl/answer.hpp"
 #include "qvtcctl/change_lock.hpp"
 #include "qvtcctl/network_device.hpp"
 #include "qvtcctl/network_presentation.hpp"
-#include "qvtcctl/network_verbs.hpp"
-#include "qvtcctl/notes.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/secrets.hpp"
 #include "qvtcctl/text.hpp"
+#include "qvtcctl/verbs.hpp"
 
-#include <memory>
-
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace qvtc::qvtcctl {
 namespace {
 
-void define_address_options(CLI::App& app, WantedAddresses& wanted) {
-    app.add_option("--address", wanted.address, "its IPv4 address")->option_text("ADDRESS");
-    app.add_option("--mask", wanted.mask, "the mask of its network")->option_text("MASK");
-    app.add_option("--gateway", wanted.gateway, "the router of its network")
-        ->option_text("ADDRESS");
-    app.add_option("--dns1", wanted.dns1, "the first name server")->option_text("ADDRESS");
-    app.add_option("--dns2", wanted.dns2, "the second name server")->option_text("ADDRESS");
+const Argument address_option = option("--address", "ADDRESS", "its IPv4 address");
+const Argument mask_option = option("--mask", "MASK", "the mask of its network");
+const Argument gateway_option = option("--gateway", "ADDRESS", "the router of its network");
+const Argument dns1_option = option("--dns1", "ADDRESS", "the first name server");
+const Argument dns2_option = option("--dns2", "ADDRESS", "the second name server");
+
+WantedAddresses wanted_addresses(const Request& request) {
+    return {.address = request.text(address_option),
+            .mask = request.text(mask_option),
+            .gateway = request.text(gateway_option),
+            .dns1 = request.text(dns1_option),
+            .dns2 = request.text(dns2_option)};
 }
 
 Answer changed_answer(Port port, const PortState& state) {
@@ -97,111 +99,162 @@ Answer routes_answer(const NetworkDevice& device) {
     return answer;
 }
 
+const Argument port_argument =
+    required_argument("PORT", "eth0 or eth1").completed_by(one_of({"eth0", "eth1"}));
+const Argument mode_argument = required_argument("MODE", "dhcp, static or dns")
+                                   .completed_by(one_of({"dhcp", "static", "dns"}));
+const Argument name_argument = required_argument("NAME", "name of the network");
+const Argument wireless_mode_argument =
+    required_argument("MODE", "dhcp or static").completed_by(one_of({"dhcp", "static"}));
+const Argument switch_argument =
+    optional_argument("SWITCH", "on or off").completed_by(one_of({"on", "off"}));
+const Argument open_flag = flag("--open", "the network has no encryption");
+const Argument enterprise_flag = flag("--enterprise", "log on as a user (802.1X)");
+const Argument user_option = option("--user", "USER", "the user to log on as, with --enterprise");
+const Argument password_stdin_flag =
+    flag("--password-stdin", "read the password from standard input");
+const Argument route_port_argument = optional_argument("PORT", "eth0, eth1 or wlan0")
+                                         .completed_by(one_of({"eth0", "eth1", "wlan0"}));
+
+Answer run_network_set(const Request& request) {
+    const WantedAddresses wanted = wanted_addresses(request);
+    const Port port = require_port(request.text(port_argument), false);
+    const Mode mode = require_mode(request.text(mode_argument), true);
+    require_addresses(mode, wanted);
+    const NetworkDevice device(request.chatter());
+    const ChangeLock lock;
+    return changed_answer(port, device.set_wired(port, mode, wanted));
+}
+
+Answer run_network_wireless(const Request& request) {
+    const WantedAddresses wanted = wanted_addresses(request);
+    require_network_name(request.text(name_argument));
+    const Mode mode = require_mode(request.text(wireless_mode_argument), false);
+    require_addresses(mode, wanted);
+    const NetworkDevice device(request.chatter());
+    device.require_wifi();
+    const ChangeLock lock;
+    return changed_answer(Port::wireless,
+                          device.set_wireless(request.text(name_argument), mode, wanted));
+}
+
+Answer run_network_wifi(const Request& request) {
+    std::optional<bool> wanted;
+    if (!request.text(switch_argument).empty())
+        wanted = require_switch(request.text(switch_argument));
+    const NetworkDevice device(request.chatter());
+    if (wanted) {
+        const ChangeLock lock;
+        device.switch_wifi(*wanted);
+    }
+    const bool present = device.has_wifi();
+    const bool on = device.wifi_is_on();
+    Answer answer;
+    answer.text = fmt::format("Wi-Fi is {}{}.\n", wanted ? "now " : "", on ? "on" : "off");
+    if (!present) answer.notes.emplace_back("there is no Wi-Fi hardware, or it is disabled.");
+    answer.json = wifi_json(present, on);
+    return answer;
+}
+
+Answer run_network_join(const Request& request) {
+    require_network_name(request.text(name_argument));
+    const JoinOptions options{request.text(name_argument), request.text(user_option),
+                              request.has(open_flag), request.has(enterprise_flag),
+                              request.has(password_stdin_flag)};
+    const Encryption encryption = require_encryption(options);
+    const NetworkDevice device(request.chatter());
+    device.require_wifi();
+    const std::string password = collect_password(options, encryption);
+    const ChangeLock lock;
+    device.join(options.name, encryption, options.user, password);
+    Answer answer;
+    answer.text = fmt::format("Joining \"{}\". \"qvtcctl network scan\" marks it once it is in "
+                              "use.\n",
+                              printable(request.text(name_argument)));
+    answer.json = json_map();
+    add(answer.json, "joining", request.text(name_argument));
+    return answer;
+}
+
+Answer run_network_route(const Request& request) {
+    std::optional<Port> port;
+    if (!request.text(route_port_argument).empty())
+        port = require_port(request.text(route_port_argument), true);
+    const NetworkDevice device(request.chatter());
+    if (port) {
+        const ChangeLock lock;
+        device.set_default_route(*port);
+    }
+    return routes_answer(device);
+}
+
 } // namespace
 
-Run define_network_set(CLI::App& app) {
-    struct Options {
-        std::string port;
-        std::string mode;
-        WantedAddresses wanted;
-    };
-    auto options = std::make_shared<Options>();
-    app.add_option("PORT", options->port, "eth0 or eth1")->required();
-    app.add_option("MODE", options->mode, "dhcp, static or dns")->required();
-    define_address_options(app, options->wanted);
-    return [options](const Context& context) {
-        const Port port = require_port(options->port, false);
-        const Mode mode = require_mode(options->mode, true);
-        require_addresses(mode, options->wanted);
-        const NetworkDevice device(context.chatter());
-        const ChangeLock lock;
-        return changed_answer(port, device.set_wired(port, mode, options->wanted));
-    };
-}
+const Verb verbs::network_set{
+    .name = "set",
+    .summary = "Set the addresses of a wired port",
+    .description = "Sets up a wired port and restarts it: \"dhcp\" lets the network's server "
+                   "decide, \"static\" needs an address, its mask and the gateway, and \"dns\" "
+                   "sets only the name servers. Everything is checked before anything is "
+                   "changed, and read back afterwards. Whoever is logged on over this port "
+                   "loses the connection. A NetworkManager that manages the port may replace "
+                   "the addresses later; a note says so.",
+    .examples = {"qvtcctl network set eth0 dhcp",
+                 "qvtcctl network set eth0 static --address 192.168.1.20 --mask 255.255.255.0 "
+                 "--gateway 192.168.1.1 --dns1 192.168.1.1",
+                 "qvtcctl network set eth0 dns --dns1 9.9.9.9 --dns2 1.1.1.1"},
+    .arguments = {port_argument, mode_argument, address_option, mask_option, gateway_option,
+                  dns1_option, dns2_option},
+    .run = run_network_set,
+};
 
-Run define_network_wireless(CLI::App& app) {
-    struct Options {
-        std::string name;
-        std::string mode;
-        WantedAddresses wanted;
-    };
-    auto options = std::make_shared<Options>();
-    app.add_option("NAME", options->name, "name of the network")->required();
-    app.add_option("MODE", options->mode, "dhcp or static")->required();
-    define_address_options(app, options->wanted);
-    return [options](const Context& context) {
-        require_network_name(options->name);
-        const Mode mode = require_mode(options->mode, false);
-        require_addresses(mode, options->wanted);
-        const NetworkDevice device(context.chatter());
-        device.require_wifi();
-        const ChangeLock lock;
-        return changed_answer(Port::wireless,
-                              device.set_wireless(options->name, mode, options->wanted));
-    };
-}
+const Verb verbs::network_wireless{
+    .name = "wireless",
+    .summary = "Set the addresses of the wireless link",
+    .description = "Sets up how the wireless link gets its address in the network of that name, "
+                   "and restarts it: \"dhcp\" lets the network's server decide, \"static\" "
+                   "needs an address, its mask and the gateway. The network must have been "
+                   "joined before.",
+    .examples = {"qvtcctl network wireless Office dhcp",
+                 "qvtcctl network wireless \"Guest WiFi\" static --address 10.0.0.20 --mask "
+                 "255.255.255.0 --gateway 10.0.0.1"},
+    .arguments = {name_argument, wireless_mode_argument, address_option, mask_option,
+                  gateway_option, dns1_option, dns2_option},
+    .run = run_network_wireless,
+};
 
-Run define_network_wifi(CLI::App& app) {
-    auto word = std::make_shared<std::string>();
-    app.add_option("SWITCH", *word, "on or off");
-    return [word](const Context& context) {
-        std::optional<bool> wanted;
-        if (!word->empty()) wanted = require_switch(*word);
-        const NetworkDevice device(context.chatter());
-        if (wanted) {
-            const ChangeLock lock;
-            device.switch_wifi(*wanted);
-        }
-        const bool present = device.has_wifi();
-        const bool on = device.wifi_is_on();
-        Answer answer;
-        answer.text = fmt::format("Wi-Fi is {}{}.\n", wanted ? "now " : "", on ? "on" : "off");
-        if (!present) answer.notes.emplace_back("there is no Wi-Fi hardware, or it is disabled.");
-        answer.json = wifi_json(present, on);
-        return answer;
-    };
-}
+const Verb verbs::network_wifi{
+    .name = "wifi",
+    .summary = "Show the Wi-Fi switch, or switch Wi-Fi on or off",
+    .description = "Shows whether there is Wi-Fi hardware and whether Wi-Fi is on, or switches "
+                   "it.",
+    .examples = {"qvtcctl network wifi", "qvtcctl network wifi on"},
+    .arguments = {switch_argument},
+    .run = run_network_wifi,
+};
 
-Run define_network_join(CLI::App& app) {
-    auto options = std::make_shared<JoinOptions>();
-    app.add_option("NAME", options->name, "name of the network")->required();
-    app.add_flag("--open", options->open, "the network has no encryption");
-    app.add_flag("--enterprise", options->enterprise, "log on as a user (802.1X)");
-    app.add_option("--user", options->user, "the user to log on as, with --enterprise")
-        ->option_text("USER");
-    app.add_flag("--password-stdin", options->password_stdin,
-                 "read the password from standard input");
-    return [options](const Context& context) {
-        require_network_name(options->name);
-        const Encryption encryption = require_encryption(*options);
-        const NetworkDevice device(context.chatter());
-        device.require_wifi();
-        const std::string password = collect_password(*options, encryption);
-        const ChangeLock lock;
-        device.join(options->name, encryption, options->user, password);
-        Answer answer;
-        answer.text = fmt::format("Joining \"{}\". \"qvtcctl network scan\" marks it once it is in "
-                                  "use.\n",
-                                  printable(options->name));
-        answer.json = json_map();
-        add(answer.json, "joining", options->name);
-        return answer;
-    };
-}
+const Verb verbs::network_join{
+    .name = "join",
+    .summary = "Join a wireless network",
+    .description = "Begins to join a wireless network, in the background; \"qvtcctl network "
+                   "scan\" marks it once it is in use. All networks that were joined before are "
+                   "forgotten, and the link gets its address by DHCP. The password is asked "
+                   "for, or read from standard input; an open network needs none.",
+    .examples = {"qvtcctl network join Office", "qvtcctl network join \"Guest WiFi\" --open",
+                 "qvtcctl network join Corp --enterprise --user anna --password-stdin < password"},
+    .arguments = {name_argument, open_flag, enterprise_flag, user_option, password_stdin_flag},
+    .run = run_network_join,
+};
 
-Run define_network_route(CLI::App& app) {
-    auto name = std::make_shared<std::string>();
-    app.add_option("PORT", *name, "eth0, eth1 or wlan0");
-    return [name](const Context& context) {
-        std::optional<Port> port;
-        if (!name->empty()) port = require_port(*name, true);
-        const NetworkDevice device(context.chatter());
-        if (port) {
-            const ChangeLock lock;
-            device.set_default_route(*port);
-        }
-        return routes_answer(device);
-    };
-}
+const Verb verbs::network_route{
+    .name = "route",
+    .summary = "Show the default routes, or choose their port",
+    .description = "Shows which ports carry a default route, or adds one through a port, with "
+                   "the gateway that the routing table names for it. Routes through other ports "
+                   "stay.",
+    .examples = {"qvtcctl network route", "qvtcctl network route eth1"},
+    .arguments = {route_port_argument},
+    .run = run_network_route,
+};
 
 } // namespace qvtc::qvtcctl

@@ -1,9 +1,8 @@
 #include "qvtcctl/network_device.hpp"
 #include "qvtcctl/network_presentation.hpp"
-#include "qvtcctl/network_verbs.hpp"
 #include "qvtcctl/table.hpp"
+#include "qvtcctl/verbs.hpp"
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace qvtc::qvtcctl {
@@ -28,42 +27,57 @@ Row row_of(Port port, const std::optional<PortState>& state) {
             shown(servers)};
 }
 
+Answer run_network_show(const Request& request) {
+    const NetworkDevice device(request.chatter());
+    const bool online = device.is_online();
+    const bool has_wifi = device.has_wifi();
+    const bool wifi_on = device.wifi_is_on();
+    std::vector<Row> rows{{"PORT", "MODE", "ADDRESS", "MASK", "GATEWAY", "NAME SERVERS"}};
+    Json list = json_list();
+    for (const Port port : ports) {
+        const std::optional<PortState> state = device.state(port);
+        rows.push_back(row_of(port, state));
+        append(list, port_json(port, state));
+    }
+    Answer answer;
+    answer.text = fmt::format("{}On a network: {}\nWi-Fi: {}\n", layout(rows),
+                              online ? "yes" : "no", wifi_text(has_wifi, wifi_on));
+    answer.json = json_map();
+    add_flag(answer.json, "online", online);
+    add(answer.json, "ports", std::move(list));
+    add(answer.json, "wifi", wifi_json(has_wifi, wifi_on));
+    return answer;
+}
+
+Answer run_network_scan(const Request& request) {
+    const NetworkDevice device(request.chatter());
+    device.require_wifi();
+    const std::vector<NetworkInRange> networks = device.scan();
+    Answer answer;
+    answer.text = scan_text(networks);
+    answer.json = scan_json(networks);
+    return answer;
+}
+
 } // namespace
 
-Run define_network_show(CLI::App&) {
-    return [](const Context& context) {
-        const NetworkDevice device(context.chatter());
-        const bool online = device.is_online();
-        const bool has_wifi = device.has_wifi();
-        const bool wifi_on = device.wifi_is_on();
-        std::vector<Row> rows{{"PORT", "MODE", "ADDRESS", "MASK", "GATEWAY", "NAME SERVERS"}};
-        Json list = json_list();
-        for (const Port port : ports) {
-            const std::optional<PortState> state = device.state(port);
-            rows.push_back(row_of(port, state));
-            append(list, port_json(port, state));
-        }
-        Answer answer;
-        answer.text = fmt::format("{}On a network: {}\nWi-Fi: {}\n", layout(rows),
-                                  online ? "yes" : "no", wifi_text(has_wifi, wifi_on));
-        answer.json = json_map();
-        add_flag(answer.json, "online", online);
-        add(answer.json, "ports", std::move(list));
-        add(answer.json, "wifi", wifi_json(has_wifi, wifi_on));
-        return answer;
-    };
-}
+const Verb verbs::network_show{
+    .name = "show",
+    .summary = "Show the ports, Wi-Fi and their addresses",
+    .description = "Shows what the wired ports eth0 and eth1 and the wireless link wlan0 have "
+                   "in use, whether the terminal is on a network, and whether Wi-Fi is on.",
+    .examples = {"qvtcctl network show", "qvtcctl network show --json"},
+    .run = run_network_show,
+};
 
-Run define_network_scan(CLI::App&) {
-    return [](const Context& context) {
-        const NetworkDevice device(context.chatter());
-        device.require_wifi();
-        const std::vector<NetworkInRange> networks = device.scan();
-        Answer answer;
-        answer.text = scan_text(networks);
-        answer.json = scan_json(networks);
-        return answer;
-    };
-}
+const Verb verbs::network_scan{
+    .name = "scan",
+    .summary = "List the wireless networks in range",
+    .description = "Lists the wireless networks in range with their signal and encryption, and "
+                   "marks the one in use with \"*\". Hidden networks are not listed. Wi-Fi must "
+                   "be switched on.",
+    .examples = {"qvtcctl network scan", "qvtcctl network scan --json"},
+    .run = run_network_scan,
+};
 
 } // namespace qvtc::qvtcctl

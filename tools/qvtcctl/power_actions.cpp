@@ -6,35 +6,32 @@
 #include "qvtcctl/network_presentation.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/terminal.hpp"
-#include "qvtcctl/terminal_verbs.hpp"
+#include "qvtcctl/verbs.hpp"
 
 #include <memory>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
 
 namespace qvtc::qvtcctl {
 namespace {
 
-/// A verb that asks, acts, and says what it did.
-Run define_action(CLI::App& app, const char* consequence, int (*act)(), const char* done,
-                  const char* name) {
-    auto yes = std::make_shared<bool>(false);
-    app.add_flag("--yes", *yes, "do not ask");
-    return [=](const Context& context) {
-        require_terminal();
-        require_consent(*yes, consequence);
-        {
-            const Quiet quiet(context.chatter());
-            act();
-        }
-        Answer answer;
-        answer.text = fmt::format("{}\n", done);
-        answer.json = json_map();
-        add(answer.json, "done", name);
-        return answer;
-    };
+const Argument yes_flag = flag("--yes", "do not ask");
+
+/// Asks, acts, and says what it did.
+Answer ask_and_act(const Request& request, const char* consequence, int (*act)(), const char* done,
+                   const char* name) {
+    require_terminal();
+    require_consent(request.has(yes_flag), consequence);
+    {
+        const Quiet quiet(request.chatter());
+        act();
+    }
+    Answer answer;
+    answer.text = fmt::format("{}\n", done);
+    answer.json = json_map();
+    add(answer.json, "done", name);
+    return answer;
 }
 
 void require_dhclient() {
@@ -65,32 +62,61 @@ Answer repaired(const NetworkDevice& device) {
     return answer;
 }
 
+Answer run_power_reboot(const Request& request) {
+    return ask_and_act(request, "This restarts the terminal and ends every session on it.",
+                       qvreboot, "The terminal restarts.", "reboot");
+}
+
+Answer run_power_shutdown(const Request& request) {
+    return ask_and_act(request, "This switches the terminal off and ends every session on it.",
+                       qvshutdown, "The terminal switches itself off.", "shutdown");
+}
+
+Answer run_power_network_repair(const Request& request) {
+    const NetworkDevice device(request.chatter());
+    require_dhclient();
+    require_consent(request.has(yes_flag),
+                    "This removes the static gateway, requests new addresses for all "
+                    "ports and restarts the network: sessions may end.");
+    Progress progress(!request.json);
+    run_in_child([] { return qvdiagnsys(); }, request.chatter(),
+                 [&](long seconds) { progress.show("Waiting for addresses", seconds); });
+    progress.clear();
+    return repaired(device);
+}
+
 } // namespace
 
-Run define_reboot(CLI::App& app) {
-    return define_action(app, "This restarts the terminal and ends every session on it.", qvreboot,
-                         "The terminal restarts.", "reboot");
-}
+const Verb verbs::power_reboot{
+    .name = "reboot",
+    .summary = "Restart the terminal",
+    .description = "Restarts the terminal, after asking you.",
+    .examples = {"qvtcctl power reboot", "qvtcctl power reboot --yes"},
+    .arguments = {yes_flag},
+    .settings = Settings::not_needed,
+    .run = run_power_reboot,
+};
 
-Run define_shutdown(CLI::App& app) {
-    return define_action(app, "This switches the terminal off and ends every session on it.",
-                         qvshutdown, "The terminal switches itself off.", "shutdown");
-}
+const Verb verbs::power_shutdown{
+    .name = "shutdown",
+    .summary = "Switch the terminal off",
+    .description = "Switches the terminal off, after asking you.",
+    .examples = {"qvtcctl power shutdown", "qvtcctl power shutdown --yes"},
+    .arguments = {yes_flag},
+    .settings = Settings::not_needed,
+    .run = run_power_shutdown,
+};
 
-Run define_network_repair(CLI::App& app) {
-    auto yes = std::make_shared<bool>(false);
-    app.add_flag("--yes", *yes, "do not ask");
-    return [yes](const Context& context) {
-        const NetworkDevice device(context.chatter());
-        require_dhclient();
-        require_consent(*yes, "This removes the static gateway, requests new addresses for all "
-                              "ports and restarts the network: sessions may end.");
-        Progress progress(!context.json);
-        run_in_child([] { return qvdiagnsys(); }, context.chatter(),
-                     [&](long seconds) { progress.show("Waiting for addresses", seconds); });
-        progress.clear();
-        return repaired(device);
-    };
-}
+const Verb verbs::power_network_repair{
+    .name = "network-repair",
+    .summary = "Request new addresses and restart the network",
+    .description = "Writes a plain configuration of the wireless network, removes the static "
+                   "gateway, requests addresses for all ports by DHCP and restarts the network. "
+                   "It asks you first, and shows the addresses that the ports have afterwards.",
+    .examples = {"qvtcctl power network-repair"},
+    .arguments = {yes_flag},
+    .settings = Settings::not_needed,
+    .run = run_power_network_repair,
+};
 
 } // namespace qvtc::qvtcctl

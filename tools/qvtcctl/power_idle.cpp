@@ -1,12 +1,9 @@
-#include "qvtcctl/power_verbs.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
 #include "qvtcctl/types.hpp"
+#include "qvtcctl/verbs.hpp"
 
-#include <memory>
-
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
 
@@ -81,33 +78,40 @@ std::string usable_minutes(const Idle& stored) {
     return minutes && *minutes >= 1 && *minutes <= most_minutes ? stored.minutes : Idle().minutes;
 }
 
+const Argument state_argument =
+    optional_argument("STATE", "on or off").completed_by(one_of({"on", "off"}));
+const Argument minutes_option =
+    option("--minutes", "N", fmt::format("time without input, 1 to {}", most_minutes));
+
+Answer run_power_idle(const Request& request) {
+    if (request.text(state_argument).empty() && !request.text(minutes_option).empty()) {
+        throw UsageError(
+            "--minutes can be used only with on: \"qvtcctl power idle on --minutes N\".");
+    }
+    Idle wanted;
+    if (!request.text(state_argument).empty())
+        wanted.on = require_state(request.text(state_argument));
+    if (!request.text(minutes_option).empty())
+        wanted.minutes = require_minutes(request.text(minutes_option));
+    require_terminal();
+    const Idle stored = stored_idle(request.chatter());
+    if (request.text(state_argument).empty()) return idle_answer(stored, false);
+    if (request.text(minutes_option).empty()) wanted.minutes = usable_minutes(stored);
+    store_idle(wanted, request.chatter());
+    return idle_answer(wanted, true);
+}
+
 } // namespace
 
-Run define_power_idle(CLI::App& app) {
-    struct Options {
-        std::string state;
-        std::string minutes;
-    };
-    auto options = std::make_shared<Options>();
-    app.add_option("STATE", options->state, "on or off");
-    app.add_option("--minutes", options->minutes,
-                   fmt::format("time without input, 1 to {}", most_minutes))
-        ->option_text("N");
-    return [options](const Context& context) {
-        if (options->state.empty() && !options->minutes.empty()) {
-            throw UsageError(
-                "--minutes can be used only with on: \"qvtcctl power idle on --minutes N\".");
-        }
-        Idle wanted;
-        if (!options->state.empty()) wanted.on = require_state(options->state);
-        if (!options->minutes.empty()) wanted.minutes = require_minutes(options->minutes);
-        require_terminal();
-        const Idle stored = stored_idle(context.chatter());
-        if (options->state.empty()) return idle_answer(stored, false);
-        if (options->minutes.empty()) wanted.minutes = usable_minutes(stored);
-        store_idle(wanted, context.chatter());
-        return idle_answer(wanted, true);
-    };
-}
+const Verb verbs::power_idle{
+    .name = "idle",
+    .summary = "Show or set when idle screens are switched off",
+    .description = "Shows after how many minutes without input the screens are switched off, or "
+                   "sets it. Without --minutes the time that is stored stays.",
+    .examples = {"qvtcctl power idle", "qvtcctl power idle on --minutes 10",
+                 "qvtcctl power idle off"},
+    .arguments = {state_argument, minutes_option},
+    .run = run_power_idle,
+};
 
 } // namespace qvtc::qvtcctl

@@ -3,15 +3,13 @@
 #include "qvtcctl/quiet.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/sound_cards.hpp"
-#include "qvtcctl/sound_verbs.hpp"
 #include "qvtcctl/table.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
+#include "qvtcctl/verbs.hpp"
 
 #include <filesystem>
-#include <memory>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
 
@@ -118,44 +116,60 @@ void configure(const SoundCard& card, Chatter chatter) {
             complaint.empty() ? "" : fmt::format(" The library's log says: \"{}\".", complaint)));
 }
 
+const Argument card_argument =
+    required_argument("CARD", "number of the card, as \"sound show\" lists it");
+const Argument yes_flag = flag("--yes", "do not ask");
+
+Answer run_sound_show(const Request& request) {
+    require_terminal();
+    const std::vector<SoundCard> cards = sound_cards();
+    const std::optional<unsigned> chosen = default_card();
+    const Hdmi hdmi = hdmi_sound(request.chatter());
+    Answer answer;
+    answer.text = cards_text(cards, chosen) + default_text(cards, chosen) + hdmi_text(hdmi);
+    answer.json = sound_json(cards, chosen, hdmi);
+    return answer;
+}
+
+Answer run_sound_configure(const Request& request) {
+    require_terminal();
+    const SoundCard card = require_card(request.text(card_argument), sound_cards());
+    require_consent(request.has(yes_flag),
+                    "This ends the running RDP clients and restarts PulseAudio.");
+    configure(card, request.chatter());
+    Answer answer;
+    answer.text =
+        fmt::format("Card {} ({}) is now the default.\n", card.number, printable(card.name));
+    answer.json = json_map();
+    add_number(answer.json, "defaultCard", card.number);
+    const bool runs = !running_processes("pulseaudio").empty();
+    add_flag(answer.json, "pulseAudioRuns", runs);
+    if (!runs) {
+        answer.notes.emplace_back("PulseAudio is not running. \"pulseaudio --start\" says why.");
+    }
+    return answer;
+}
+
 } // namespace
 
-Run define_sound_show(CLI::App&) {
-    return [](const Context& context) {
-        require_terminal();
-        const std::vector<SoundCard> cards = sound_cards();
-        const std::optional<unsigned> chosen = default_card();
-        const Hdmi hdmi = hdmi_sound(context.chatter());
-        Answer answer;
-        answer.text = cards_text(cards, chosen) + default_text(cards, chosen) + hdmi_text(hdmi);
-        answer.json = sound_json(cards, chosen, hdmi);
-        return answer;
-    };
-}
+const Verb verbs::sound_show{
+    .name = "show",
+    .summary = "Show the sound cards",
+    .description = "Lists the sound cards that can play, says which of them is the default, and "
+                   "whether sound goes to HDMI instead.",
+    .examples = {"qvtcctl sound show", "qvtcctl sound show --json"},
+    .run = run_sound_show,
+};
 
-Run define_sound_configure(CLI::App& app) {
-    auto word = std::make_shared<std::string>();
-    auto yes = std::make_shared<bool>(false);
-    app.add_option("CARD", *word, "number of the card, as \"sound show\" lists it")->required();
-    app.add_flag("--yes", *yes, "do not ask");
-    return [=](const Context& context) {
-        require_terminal();
-        const SoundCard card = require_card(*word, sound_cards());
-        require_consent(*yes, "This ends the running RDP clients and restarts PulseAudio.");
-        configure(card, context.chatter());
-        Answer answer;
-        answer.text =
-            fmt::format("Card {} ({}) is now the default.\n", card.number, printable(card.name));
-        answer.json = json_map();
-        add_number(answer.json, "defaultCard", card.number);
-        const bool runs = !running_processes("pulseaudio").empty();
-        add_flag(answer.json, "pulseAudioRuns", runs);
-        if (!runs) {
-            answer.notes.emplace_back(
-                "PulseAudio is not running. \"pulseaudio --start\" says why.");
-        }
-        return answer;
-    };
-}
+const Verb verbs::sound_configure{
+    .name = "configure",
+    .summary = "Make a sound card the default",
+    .description = "Makes a sound card the default for playing and recording, and a USB "
+                   "webcam's microphone the default source. This ends the running RDP clients "
+                   "and restarts PulseAudio, so you are asked first.",
+    .examples = {"qvtcctl sound configure 1", "qvtcctl sound configure 1 --yes"},
+    .arguments = {card_argument, yes_flag},
+    .run = run_sound_configure,
+};
 
 } // namespace qvtc::qvtcctl

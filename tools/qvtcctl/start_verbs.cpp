@@ -2,13 +2,10 @@
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
-#include "qvtcctl/verb.hpp"
+#include "qvtcctl/verbs.hpp"
 
-#include <array>
 #include <cctype>
-#include <memory>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
 
@@ -23,13 +20,13 @@ struct Switch {
     void (*set)(bool on);
 };
 
-constexpr Switch portal = {
+constexpr Switch user_portal_switch = {
     "the user portal", "portal",
     [] { return text_member(Json(qvgetuserportal()).get(), "useUserportal") == "on"; },
     [](bool on) { qvsetuserportal(on ? "useUserportal=on" : "useUserportal=off"); }};
 
-constexpr Switch demo_mode = {"demo mode", "demoMode", [] { return qvdemomode() == 1; },
-                              [](bool on) { qvsetdemomode(on ? 1 : 0); }};
+constexpr Switch demo_mode_switch = {"demo mode", "demoMode", [] { return qvdemomode() == 1; },
+                                     [](bool on) { qvsetdemomode(on ? 1 : 0); }};
 
 bool require_on_or_off(const Switch& which, const std::string& text) {
     if (text == "on" || text == "off") return text == "on";
@@ -53,44 +50,46 @@ void turn(const Switch& which, bool on, Chatter chatter) {
     }
 }
 
-Run define_switch(CLI::App& app, const Switch& which) {
-    auto state = std::make_shared<std::string>();
-    app.add_option("STATE", *state, "on or off");
-    return [state, &which](const Context& context) {
-        const bool wanted = !state->empty() && require_on_or_off(which, *state);
-        require_terminal();
-        if (!state->empty()) turn(which, wanted, context.chatter());
-        const bool on = is_on(which, context.chatter());
-        Answer answer;
-        answer.text = fmt::format("{} is {}{}.\n", which.title, state->empty() ? "" : "now ",
-                                  on ? "on" : "off");
-        answer.text.front() = static_cast<char>(std::toupper(answer.text.front()));
-        answer.json = json_map();
-        add_flag(answer.json, which.json_key, on);
-        return answer;
-    };
+const Argument state_argument =
+    optional_argument("STATE", "on or off").completed_by(one_of({"on", "off"}));
+
+Answer show_or_turn(const Switch& which, const Request& request) {
+    const std::string& state = request.text(state_argument);
+    const bool wanted = !state.empty() && require_on_or_off(which, state);
+    require_terminal();
+    if (!state.empty()) turn(which, wanted, request.chatter());
+    const bool on = is_on(which, request.chatter());
+    Answer answer;
+    answer.text =
+        fmt::format("{} is {}{}.\n", which.title, state.empty() ? "" : "now ", on ? "on" : "off");
+    answer.text.front() = static_cast<char>(std::toupper(answer.text.front()));
+    answer.json = json_map();
+    add_flag(answer.json, which.json_key, on);
+    return answer;
 }
 
-Run define_portal(CLI::App& app) { return define_switch(app, portal); }
-Run define_demo_mode(CLI::App& app) { return define_switch(app, demo_mode); }
-
-// clang-format off
-constexpr std::array<Verb, 2> table{{
-    {"portal", "Show or set whether the terminal starts with the user portal",
-     "Shows whether the terminal's front-end starts with the user portal, or sets it.",
-     "qvtcctl portal\n"
-     "qvtcctl portal off",
-     define_portal},
-    {"demo-mode", "Show or set demo mode",
-     "Shows whether demo mode is on, or switches it on or off.",
-     "qvtcctl demo-mode\n"
-     "qvtcctl demo-mode on",
-     define_demo_mode},
-}};
-// clang-format on
+Answer run_portal(const Request& request) { return show_or_turn(user_portal_switch, request); }
+Answer run_demo_mode(const Request& request) { return show_or_turn(demo_mode_switch, request); }
 
 } // namespace
 
-std::span<const Verb> start_verbs() { return table; }
+const Verb verbs::portal{
+    .name = "portal",
+    .summary = "Show or set whether the terminal starts with the user portal",
+    .description = "Shows whether the terminal's front-end starts with the user portal, or sets "
+                   "it.",
+    .examples = {"qvtcctl portal", "qvtcctl portal off"},
+    .arguments = {state_argument},
+    .run = run_portal,
+};
+
+const Verb verbs::demo_mode{
+    .name = "demo-mode",
+    .summary = "Show or set demo mode",
+    .description = "Shows whether demo mode is on, or switches it on or off.",
+    .examples = {"qvtcctl demo-mode", "qvtcctl demo-mode on"},
+    .arguments = {state_argument},
+    .run = run_demo_mode,
+};
 
 } // namespace qvtc::qvtcctl

@@ -1,18 +1,17 @@
 #include "qvtcctl/child.hpp"
 #include "qvtcctl/console.hpp"
-#include "qvtcctl/device_verbs.hpp"
 #include "qvtcctl/json.hpp"
 #include "qvtcctl/processes.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/table.hpp"
 #include "qvtcctl/terminal.hpp"
+#include "qvtcctl/verbs.hpp"
 
 #include <array>
 #include <chrono>
 #include <filesystem>
 #include <thread>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
 
@@ -114,25 +113,34 @@ Answer answer_of(const std::vector<Step>& steps) {
     return answer;
 }
 
+Answer run_init(const Request& request) {
+    require_terminal();
+    const Chatter chatter = request.chatter();
+    const auto logs_before = older_logs();
+    const bool served_before = serves_remote_view();
+    Progress progress(!request.json);
+    run_in_child([] { return qvtcinitapi(); }, chatter,
+                 [&](long seconds) { progress.show("Starting", seconds); });
+    progress.clear();
+    return answer_of({{"sound", "Sound", sound_outcome()},
+                      {"logs", "Logs", log_outcome(logs_before)},
+                      {"powerSaving", "Power saving", power_saving_outcome(chatter)},
+                      {"brightness", "Brightness", brightness_outcome(chatter)},
+                      {"remoteView", "Remote view", remote_view_outcome(served_before)},
+                      {"pictures", "Pictures", picture_outcome()}});
+}
+
 } // namespace
 
-Run define_init(CLI::App&) {
-    return [](const Context& context) {
-        require_terminal();
-        const Chatter chatter = context.chatter();
-        const auto logs_before = older_logs();
-        const bool served_before = serves_remote_view();
-        Progress progress(!context.json);
-        run_in_child([] { return qvtcinitapi(); }, chatter,
-                     [&](long seconds) { progress.show("Starting", seconds); });
-        progress.clear();
-        return answer_of({{"sound", "Sound", sound_outcome()},
-                          {"logs", "Logs", log_outcome(logs_before)},
-                          {"powerSaving", "Power saving", power_saving_outcome(chatter)},
-                          {"brightness", "Brightness", brightness_outcome(chatter)},
-                          {"remoteView", "Remote view", remote_view_outcome(served_before)},
-                          {"pictures", "Pictures", picture_outcome()}});
-    };
-}
+const Verb verbs::init{
+    .name = "init",
+    .summary = "Run the terminal's start sequence",
+    .description = "Does what the front-end does first when the terminal starts, and shows the "
+                   "result of each step: sound where it goes to HDMI, logs that have outgrown "
+                   "their limits, power saving, brightness, the remote view's server, the "
+                   "front-end's pictures.",
+    .examples = {"qvtcctl init"},
+    .run = run_init,
+};
 
 } // namespace qvtc::qvtcctl

@@ -1,21 +1,20 @@
 #include "qvtcctl/advice.hpp"
 #include "qvtcctl/change_lock.hpp"
-#include "qvtcctl/connection_verbs.hpp"
+#include "qvtcctl/connection_words.hpp"
 #include "qvtcctl/device.hpp"
 #include "qvtcctl/input_file.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/settings_document.hpp"
 #include "qvtcctl/text.hpp"
 #include "qvtcctl/transfer.hpp"
+#include "qvtcctl/verbs.hpp"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <memory>
 #include <numeric>
 #include <span>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <unistd.h>
 
@@ -177,67 +176,87 @@ Answer import_answer(const std::vector<ImportStep>& steps, bool only_shown) {
     return answer;
 }
 
+const Argument file_argument = optional_argument("FILE", "the file; - or nothing: standard input");
+const Argument replace_flag = flag("--replace", "replace connections that have the same number");
+const Argument unchecked_flag =
+    flag("--unchecked", "refuse only what cannot be stored, not what clients cannot use");
+const Argument dry_run_flag = flag("--dry-run", "only show what would be done");
+const Argument type_argument =
+    optional_argument("TYPE", "only connections of this type").completed_by(type_words);
+const Argument show_passwords_flag =
+    flag("--show-passwords", "write passwords too, in the form in which they are stored");
+
+Answer run_connection_import(const Request& request) {
+    const Device device(request.chatter());
+    const ChangeLock lock;
+    const std::vector<ImportStep> steps =
+        plan(device, request.text(file_argument), request.has(unchecked_flag),
+             request.has(replace_flag));
+    if (request.has(dry_run_flag)) return import_answer(steps, true);
+    const std::string kept_as = set_unreadable_document_aside();
+    const std::string note =
+        kept_as.empty() ? ""
+                        : fmt::format("The settings document could not be read. It is kept as "
+                                      "{}, and a new one was begun.",
+                                      kept_as);
+    try {
+        carry_out(device, steps);
+    } catch (const Refusal& refusal) {
+        if (note.empty()) throw;
+        throw Refusal(refusal.code(), fmt::format("{} {}", refusal.what(), note));
+    }
+    Answer answer = import_answer(steps, false);
+    if (!note.empty()) answer.add_note(note);
+    return answer;
+}
+
+Answer run_connection_export(const Request& request) {
+    const ConnectionType* type =
+        request.text(type_argument).empty() ? nullptr : &require_type(request.text(type_argument));
+    const Device device(request.chatter());
+    const std::vector<Record> records = type == nullptr ? device.records() : device.records(*type);
+    Answer answer;
+    answer.text = exported_text(records, request.has(show_passwords_flag));
+    answer.json.reset(json_tokener_parse(answer.text.c_str()));
+    if (!request.has(show_passwords_flag) &&
+        std::any_of(records.begin(), records.end(), has_password)) {
+        answer.notes = {"passwords were left out. Give --show-passwords to write them too."};
+    }
+    return answer;
+}
+
 } // namespace
 
-Run define_import(CLI::App& app) {
-    struct Options {
-        std::string file;
-        bool replace = false;
-        bool unchecked = false;
-        bool dry_run = false;
-    };
-    auto options = std::make_shared<Options>();
-    app.add_option("FILE", options->file, "the file; - or nothing: standard input");
-    app.add_flag("--replace", options->replace, "replace connections that have the same number");
-    app.add_flag("--unchecked", options->unchecked,
-                 "refuse only what cannot be stored, not what clients cannot use");
-    app.add_flag("--dry-run", options->dry_run, "only show what would be done");
-    return [options](const Context& context) {
-        const Device device(context.chatter());
-        const ChangeLock lock;
-        const std::vector<ImportStep> steps =
-            plan(device, options->file, options->unchecked, options->replace);
-        if (options->dry_run) return import_answer(steps, true);
-        const std::string kept_as = set_unreadable_document_aside();
-        const std::string note =
-            kept_as.empty() ? ""
-                            : fmt::format("The settings document could not be read. It is kept as "
-                                          "{}, and a new one was begun.",
-                                          kept_as);
-        try {
-            carry_out(device, steps);
-        } catch (const Refusal& refusal) {
-            if (note.empty()) throw;
-            throw Refusal(refusal.code(), fmt::format("{} {}", refusal.what(), note));
-        }
-        Answer answer = import_answer(steps, false);
-        if (!note.empty()) answer.add_note(note);
-        return answer;
-    };
-}
+const Verb verbs::connection_import{
+    .name = "import",
+    .summary = "Store connections from a file",
+    .description = "Stores the connections of a file that \"export\" has written, or of "
+                   "standard input for \"-\" or no file. At most 4 MB are read. Everything is "
+                   "checked first: when one value is refused, nothing is stored. A connection "
+                   "keeps its number when that is free, and gets a new one when it is taken; "
+                   "with --replace it replaces the connection that has the number, and a file "
+                   "without passwords leaves that one's passwords as they are. A connection "
+                   "that is stored already with the same values is left alone. When the "
+                   "settings document cannot be read, it is kept under another name, and a new "
+                   "one is begun.",
+    .examples = {"qvtcctl connection import connections.json",
+                 "ssh term1 qvtcctl connection export | qvtcctl connection import --replace"},
+    .arguments = {file_argument, replace_flag, unchecked_flag, dry_run_flag},
+    .settings = Settings::not_needed,
+    .run = run_connection_import,
+};
 
-Run define_export(CLI::App& app) {
-    struct Options {
-        std::string type;
-        bool show_passwords = false;
-    };
-    auto options = std::make_shared<Options>();
-    app.add_option("TYPE", options->type, "only connections of this type");
-    app.add_flag("--show-passwords", options->show_passwords,
-                 "write passwords too, in the form in which they are stored");
-    return [options](const Context& context) {
-        const ConnectionType* type = options->type.empty() ? nullptr : &require_type(options->type);
-        const Device device(context.chatter());
-        const std::vector<Record> records =
-            type == nullptr ? device.records() : device.records(*type);
-        Answer answer;
-        answer.text = exported_text(records, options->show_passwords);
-        answer.json.reset(json_tokener_parse(answer.text.c_str()));
-        if (!options->show_passwords && std::any_of(records.begin(), records.end(), has_password)) {
-            answer.notes = {"passwords were left out. Give --show-passwords to write them too."};
-        }
-        return answer;
-    };
-}
+const Verb verbs::connection_export{
+    .name = "export",
+    .summary = "Write connections as JSON",
+    .description = "Writes the stored connections, all of them or those of one type, as JSON "
+                   "for \"import\". Passwords are left out unless --show-passwords is given; "
+                   "they are then written in the form in which they are stored, which is an "
+                   "encoding and not encryption.",
+    .examples = {"qvtcctl connection export > connections.json",
+                 "qvtcctl connection export rdp --show-passwords > backup.json"},
+    .arguments = {type_argument, show_passwords_flag},
+    .run = run_connection_export,
+};
 
 } // namespace qvtc::qvtcctl

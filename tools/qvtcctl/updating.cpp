@@ -5,13 +5,11 @@
 #include "qvtcctl/processes.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/terminal.hpp"
-#include "qvtcctl/terminal_verbs.hpp"
 #include "qvtcctl/text.hpp"
+#include "qvtcctl/verbs.hpp"
 
 #include <filesystem>
-#include <memory>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <qvtcapi/update.h>
 #include <unistd.h>
@@ -101,75 +99,102 @@ void require_safe_directory() {
     require_only_root_writes(other_writer_of(directory), "nothing was downloaded");
 }
 
+const Argument url_argument = required_argument("URL", "where to download it from");
+const Argument yes_flag = flag("--yes", "do not ask");
+
+Answer run_update_download(const Request& request) {
+    require_url(request.text(url_argument));
+    require_terminal();
+    require_none_running(request.chatter());
+    require_safe_directory();
+    Progress progress(!request.json);
+    const int failed = run_in_child(
+        [&] { return download(request.text(url_argument).c_str()); }, request.chatter(),
+        [&](long seconds) { progress.show("Downloading the update package", seconds); });
+    progress.clear();
+    if (failed != 0) {
+        throw Refusal(ExitCode::not_done,
+                      fmt::format("nothing could be downloaded from {}. Check the URL, that its "
+                                  "server can be reached from this terminal, and that wget is "
+                                  "installed.",
+                                  printable(request.text(url_argument))));
+    }
+    Answer answer;
+    answer.text = fmt::format("Downloaded {} ({}).\n", package, size_text(package_size()));
+    answer.json = json_map();
+    add(answer.json, "package", package);
+    add_number(answer.json, "bytes", static_cast<long>(package_size()));
+    return answer;
+}
+
+Answer run_update_run(const Request& request) {
+    require_terminal();
+    require_script();
+    require_none_running(request.chatter());
+    require_consent(request.has(yes_flag),
+                    "This runs the update script, which may restart the terminal.");
+    Progress progress(!request.json);
+    run_in_child([] { return update(); }, request.chatter(),
+                 [&](long seconds) { progress.show("Updating", seconds); });
+    progress.clear();
+    Answer answer;
+    answer.text = "The update script has finished.\n";
+    answer.notes = {"whether the update succeeded is not known: only the update itself can tell."};
+    answer.json = json_map();
+    add(answer.json, "state", "ended");
+    return answer;
+}
+
+Answer run_update_status(const Request& request) {
+    require_terminal();
+    const bool running = is_running(request.chatter());
+    const bool fetched = std::filesystem::exists(package);
+    Answer answer;
+    answer.text = running ? "An update is running.\n" : "No update is running.\n";
+    answer.text += fetched
+                       ? fmt::format("Downloaded: {} ({}).\n", package, size_text(package_size()))
+                       : "No update package has been downloaded.\n";
+    answer.json = json_map();
+    add_flag(answer.json, "running", running);
+    add_flag(answer.json, "fetched", fetched);
+    return answer;
+}
+
 } // namespace
 
-Run define_update_download(CLI::App& app) {
-    auto url = std::make_shared<std::string>();
-    app.add_option("URL", *url, "where to download it from")->required();
-    return [url](const Context& context) {
-        require_url(*url);
-        require_terminal();
-        require_none_running(context.chatter());
-        require_safe_directory();
-        Progress progress(!context.json);
-        const int failed = run_in_child(
-            [&] { return download(url->c_str()); }, context.chatter(),
-            [&](long seconds) { progress.show("Downloading the update package", seconds); });
-        progress.clear();
-        if (failed != 0) {
-            throw Refusal(
-                ExitCode::not_done,
-                fmt::format("nothing could be downloaded from {}. Check the URL, that its "
-                            "server can be reached from this terminal, and that wget is "
-                            "installed.",
-                            printable(*url)));
-        }
-        Answer answer;
-        answer.text = fmt::format("Downloaded {} ({}).\n", package, size_text(package_size()));
-        answer.json = json_map();
-        add(answer.json, "package", package);
-        add_number(answer.json, "bytes", static_cast<long>(package_size()));
-        return answer;
-    };
-}
+const Verb verbs::update_download{
+    .name = "download",
+    .summary = "Download an update package",
+    .description = "Downloads an update package in place of a former one. The URL must name a "
+                   "file called update.qvtc. Only root may be able to write to /tmp/nfs, where "
+                   "it is put.",
+    .examples = {"qvtcctl update download http://server/terminals/update.qvtc"},
+    .arguments = {url_argument},
+    .settings = Settings::not_needed,
+    .run = run_update_download,
+};
 
-Run define_update_run(CLI::App& app) {
-    auto yes = std::make_shared<bool>(false);
-    app.add_flag("--yes", *yes, "do not ask");
-    return [yes](const Context& context) {
-        require_terminal();
-        require_script();
-        require_none_running(context.chatter());
-        require_consent(*yes, "This runs the update script, which may restart the terminal.");
-        Progress progress(!context.json);
-        run_in_child([] { return update(); }, context.chatter(),
-                     [&](long seconds) { progress.show("Updating", seconds); });
-        progress.clear();
-        Answer answer;
-        answer.text = "The update script has finished.\n";
-        answer.notes = {
-            "whether the update succeeded is not known: only the update itself can tell."};
-        answer.json = json_map();
-        add(answer.json, "state", "ended");
-        return answer;
-    };
-}
+const Verb verbs::update_run{
+    .name = "run",
+    .summary = "Run the update script",
+    .description = "Runs /tmp/nfs/qvupdate.sh, the script of an update package, and waits until "
+                   "it has finished. It runs as root: the script and its directory must belong "
+                   "to root, and nobody else may be able to write to them. The script may "
+                   "restart the terminal, so you are asked first.",
+    .examples = {"qvtcctl update run", "qvtcctl update run --yes"},
+    .arguments = {yes_flag},
+    .settings = Settings::not_needed,
+    .run = run_update_run,
+};
 
-Run define_update_status(CLI::App&) {
-    return [](const Context& context) {
-        require_terminal();
-        const bool running = is_running(context.chatter());
-        const bool fetched = std::filesystem::exists(package);
-        Answer answer;
-        answer.text = running ? "An update is running.\n" : "No update is running.\n";
-        answer.text +=
-            fetched ? fmt::format("Downloaded: {} ({}).\n", package, size_text(package_size()))
-                    : "No update package has been downloaded.\n";
-        answer.json = json_map();
-        add_flag(answer.json, "running", running);
-        add_flag(answer.json, "fetched", fetched);
-        return answer;
-    };
-}
+const Verb verbs::update_status{
+    .name = "status",
+    .summary = "Show whether an update is running",
+    .description = "Shows whether the update script is running, and whether a package has been "
+                   "downloaded.",
+    .examples = {"qvtcctl update status"},
+    .settings = Settings::not_needed,
+    .run = run_update_status,
+};
 
 } // namespace qvtc::qvtcctl

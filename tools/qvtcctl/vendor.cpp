@@ -1,11 +1,10 @@
-#include "qvtcctl/device_verbs.hpp"
 #include "qvtcctl/json.hpp"
 #include "qvtcctl/quiet.hpp"
 #include "qvtcctl/terminal.hpp"
+#include "qvtcctl/verbs.hpp"
 
 #include <array>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
 
@@ -30,42 +29,56 @@ Json read(const VendorText& text, Chatter chatter) {
     return Json(text.get());
 }
 
+Answer run_oem(const Request& request) {
+    require_terminal();
+    Answer answer;
+    answer.json = json_map();
+    for (const VendorText& each : vendor_texts) {
+        Json stored = read(each, request.chatter());
+        answer.text += stored ? fmt::format("{}:\n{}", each.title, to_text(stored))
+                              : fmt::format("{}: none\n", each.title);
+        add(answer.json, each.member, std::move(stored));
+    }
+    return answer;
+}
+
+Answer run_battery(const Request& request) {
+    require_terminal();
+    int charge = -1;
+    {
+        const Quiet quiet(request.chatter());
+        charge = qvgetbattery();
+    }
+    Answer answer;
+    answer.json = json_map();
+    if (charge < 0) {
+        answer.text = "There is no battery.\n";
+        add(answer.json, "charge", Json());
+    } else {
+        answer.text = fmt::format("{} %\n", charge);
+        add_number(answer.json, "charge", charge);
+    }
+    return answer;
+}
+
 } // namespace
 
-Run define_oem(CLI::App&) {
-    return [](const Context& context) {
-        require_terminal();
-        Answer answer;
-        answer.json = json_map();
-        for (const VendorText& each : vendor_texts) {
-            Json stored = read(each, context.chatter());
-            answer.text += stored ? fmt::format("{}:\n{}", each.title, to_text(stored))
-                                  : fmt::format("{}: none\n", each.title);
-            add(answer.json, each.member, std::move(stored));
-        }
-        return answer;
-    };
-}
+const Verb verbs::oem{
+    .name = "oem",
+    .summary = "Show what the terminal's vendor has stored",
+    .description = "Shows the vendor's marker, data, information and list of features.",
+    .examples = {"qvtcctl oem", "qvtcctl oem --json"},
+    .settings = Settings::not_needed,
+    .run = run_oem,
+};
 
-Run define_battery(CLI::App&) {
-    return [](const Context& context) {
-        require_terminal();
-        int charge = -1;
-        {
-            const Quiet quiet(context.chatter());
-            charge = qvgetbattery();
-        }
-        Answer answer;
-        answer.json = json_map();
-        if (charge < 0) {
-            answer.text = "There is no battery.\n";
-            add(answer.json, "charge", Json());
-        } else {
-            answer.text = fmt::format("{} %\n", charge);
-            add_number(answer.json, "charge", charge);
-        }
-        return answer;
-    };
-}
+const Verb verbs::battery{
+    .name = "battery",
+    .summary = "Show the battery's charge",
+    .description = "Shows the charge of the battery in percent, if there is one.",
+    .examples = {"qvtcctl battery"},
+    .settings = Settings::not_needed,
+    .run = run_battery,
+};
 
 } // namespace qvtc::qvtcctl

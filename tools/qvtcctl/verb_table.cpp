@@ -1,34 +1,34 @@
-#include "qvtcctl/verb.hpp"
-
-#include <array>
+#include "qvtcctl/verbs.hpp"
 
 namespace qvtc::qvtcctl {
 
-void Answer::add_note(const std::string& note) {
-    notes.push_back(note);
-    if (!json || json_object_is_type(json.get(), json_type_object) == 0) return;
-    json_object* list = nullptr;
-    if (json_object_object_get_ex(json.get(), "notes", &list) == 0) {
-        list = json_object_new_array();
-        json_object_object_add(json.get(), "notes", list);
-    }
-    json_object_array_add(list, json_text(note).release());
-}
-
 std::span<const Group> groups() {
-    static const auto table = std::to_array<Group>({
-        {"connection", "The stored connections", connection_verbs()},
-        {"", "", client_verbs()},
-        {"display", "The screens", display_verbs()},
-        {"network", "The wired and wireless network", network_verbs()},
-        {"", "", volume_verbs()},
-        {"sound", "The sound cards", sound_verbs()},
-        {"power", "Power saving, restarting, switching off, repair", power_verbs()},
-        {"", "", terminal_verbs()},
-        {"", "", device_verbs()},
-        {"", "", start_verbs()},
-        {"update", "The software update", update_verbs()},
-    });
+    using namespace verbs;
+    static const std::vector<Group> table{
+        {"connection",
+         "The stored connections",
+         {&connection_list, &connection_show, &connection_add, &connection_set, &connection_remove,
+          &connection_import, &connection_export, &connection_fields, &connection_types}},
+        {"", "", {&launch, &status, &cancel, &doctor, &delay}},
+        {"display",
+         "The screens",
+         {&display_show, &display_list, &display_set, &display_keep, &display_revert, &display_mode,
+          &display_order, &display_brightness, &display_screens, &display_refresh}},
+        {"network",
+         "The wired and wireless network",
+         {&network_show, &network_set, &network_wifi, &network_scan, &network_join,
+          &network_wireless, &network_route}},
+        {"", "", {&volume}},
+        {"sound", "The sound cards", {&sound_show, &sound_configure}},
+        {"power",
+         "Power saving, restarting, switching off, repair",
+         {&power_idle, &power_reboot, &power_shutdown, &power_network_repair}},
+        {"",
+         "",
+         {&host_name, &manager_password, &verbs::time, &info, &factory_reset, &init, &language,
+          &battery, &oem, &verbs::log, &portal, &demo_mode}},
+        {"update", "The software update", {&update_download, &update_run, &update_status}},
+    };
     return table;
 }
 

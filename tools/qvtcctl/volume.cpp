@@ -1,19 +1,17 @@
-#include "qvtcctl/notes.hpp"
+#include "qvtcctl/answer.hpp"
 #include "qvtcctl/program.hpp"
 #include "qvtcctl/quiet.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/sound_cards.hpp"
-#include "qvtcctl/sound_verbs.hpp"
 #include "qvtcctl/stored_setting.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
 #include "qvtcctl/types.hpp"
+#include "qvtcctl/verbs.hpp"
 
 #include <algorithm>
 #include <array>
-#include <memory>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
 
@@ -88,19 +86,19 @@ void require_stored(const Wish& wish, const LogMark& log, Chatter chatter) {
     throw not_taken(fmt::format("the {} volume was not stored", wish.channel.name), log);
 }
 
-void set_volumes(const std::array<Wish*, 2>& wishes, Chatter chatter) {
+void set_volumes(const std::array<Wish, 2>& wishes, Chatter chatter) {
     const LogMark log{std::string(system_log)};
     std::string params;
-    for (const Wish* const wish : wishes) {
-        if (!wish->percent) continue;
+    for (const Wish& wish : wishes) {
+        if (!wish.percent) continue;
         params +=
-            fmt::format("{}{}={}", params.empty() ? "" : "&", wish->channel.member, *wish->percent);
+            fmt::format("{}{}={}", params.empty() ? "" : "&", wish.channel.member, *wish.percent);
     }
     {
         const Quiet quiet(chatter);
         qvsetvolume(params.c_str());
     }
-    for (const Wish* const wish : wishes) require_stored(*wish, log, chatter);
+    for (const Wish& wish : wishes) require_stored(wish, log, chatter);
 }
 
 Refusal not_accepted(const Channel& channel, const std::string& why) {
@@ -143,40 +141,48 @@ void show(const Answer& answer, const Channel& channel, std::optional<unsigned> 
     }
 }
 
+const Argument playback_option = option("--playback", "PERCENT", "playback volume, 0 to 100");
+const Argument capture_option = option("--capture", "PERCENT", "capture volume, 0 to 100");
+
+Answer run_volume(const Request& request) {
+    std::array wishes{Wish{playback, request.text(playback_option), std::nullopt},
+                      Wish{capture, request.text(capture_option), std::nullopt}};
+    if (request.has(playback_option)) require_percentage(wishes[0]);
+    if (request.has(capture_option)) require_percentage(wishes[1]);
+    require_terminal();
+    const bool changes = wishes[0].percent || wishes[1].percent;
+    if (changes) set_volumes(wishes, request.chatter());
+    const std::vector<SoundCard> cards = sound_cards();
+    const Json volumes = volumes_now(request.chatter());
+    Answer answer;
+    std::vector<std::string> notes;
+    answer.json = json_map();
+    for (const Wish& wish : wishes) {
+        const auto now = percentage(volumes, wish.channel, cards);
+        answer.text += wish.channel.title + shown(now) + "\n";
+        show(answer, wish.channel, now);
+        std::string note = judge(wish, now, cards);
+        if (note.empty() && !now)
+            note = fmt::format("no sound card reports its {} volume.", wish.channel.name);
+        if (!note.empty()) notes.push_back(std::move(note));
+    }
+    add_notes(answer, std::move(notes));
+    return answer;
+}
+
 } // namespace
 
-Run define_volume(CLI::App& app) {
-    auto play = std::make_shared<Wish>(Wish{playback, "", std::nullopt});
-    auto record = std::make_shared<Wish>(Wish{capture, "", std::nullopt});
-    const std::array options{
-        app.add_option("--playback", play->words, "playback volume, 0 to 100"),
-        app.add_option("--capture", record->words, "capture volume, 0 to 100")};
-    for (CLI::Option* const option : options) option->option_text("PERCENT");
-    return [=](const Context& context) {
-        const std::array wishes{play.get(), record.get()};
-        for (std::size_t i = 0; i < wishes.size(); ++i) {
-            if (options[i]->count() > 0) require_percentage(*wishes[i]);
-        }
-        require_terminal();
-        const bool changes = play->percent || record->percent;
-        if (changes) set_volumes(wishes, context.chatter());
-        const std::vector<SoundCard> cards = sound_cards();
-        const Json volumes = volumes_now(context.chatter());
-        Answer answer;
-        std::vector<std::string> notes;
-        answer.json = json_map();
-        for (const Wish* const wish : wishes) {
-            const auto now = percentage(volumes, wish->channel, cards);
-            answer.text += wish->channel.title + shown(now) + "\n";
-            show(answer, wish->channel, now);
-            std::string note = judge(*wish, now, cards);
-            if (note.empty() && !now)
-                note = fmt::format("no sound card reports its {} volume.", wish->channel.name);
-            if (!note.empty()) notes.push_back(std::move(note));
-        }
-        add_notes(answer, std::move(notes));
-        return answer;
-    };
-}
+const Verb verbs::volume{
+    .name = "volume",
+    .summary = "Show or set the volumes",
+    .description = "Shows the volumes in percent, or sets those that are given; 0 is silence. A "
+                   "volume is set on the onboard card and on the last USB card, and stored for "
+                   "the next start of the terminal's sound; it is read from the onboard card. A "
+                   "chime lets a new playback volume be heard.",
+    .examples = {"qvtcctl volume", "qvtcctl volume --playback 60",
+                 "qvtcctl volume --playback 0 --capture 80"},
+    .arguments = {playback_option, capture_option},
+    .run = run_volume,
+};
 
 } // namespace qvtc::qvtcctl

@@ -48,8 +48,9 @@ TEST(QvtcctlAddresses, ThatWorkTogetherAreTaken) {
 TEST(QvtcctlAddresses, ThatDoNotAreRefusedWithFieldValueAndRule) {
     constexpr std::string_view quad = " is not an IPv4 address. Give four numbers from 0 to 255 "
                                       "with dots between them, such as 192.168.1.20.";
-    constexpr std::string_view host = " cannot be the address of a machine: the first number must "
-                                      "be from 1 to 223, and not 127.";
+    constexpr std::string_view host =
+        " cannot be the address of a host: the first number must be from 1 to "
+        "223, and not 127.";
     constexpr std::string_view mask =
         " is not a valid network mask. Its bits must be ones and then "
         "zeros, with room for two machines, such as 255.255.255.0.";
@@ -85,9 +86,11 @@ TEST(QvtcctlAddresses, ThatDoNotAreRefusedWithFieldValueAndRule) {
     };
     for (const auto& [wanted, message] : cases) EXPECT_EQ(refusal(Mode::fixed, wanted), message);
     EXPECT_EQ(refusal(Mode::dhcp, sound),
-              "--address cannot be used with dhcp, where the network's server decides.");
+              "--address cannot be used with dhcp, which gets the addresses from the "
+              "network's DHCP server.");
     EXPECT_EQ(refusal(Mode::dhcp, {"", "", "", "9.9.9.9", ""}),
-              "--dns1 cannot be used with dhcp, where the network's server decides.");
+              "--dns1 cannot be used with dhcp, which gets the addresses from the network's "
+              "DHCP server.");
     EXPECT_EQ(refusal(Mode::servers, {"", "255.0.0.0", "", "9.9.9.9", ""}),
               "--mask cannot be used with dns, which sets the name servers alone.");
     EXPECT_EQ(refusal(Mode::servers, {}), "--dns1 is required for setting name servers.");

@@ -37,8 +37,8 @@ std::uint32_t require_host(std::string_view field, const std::string& value) {
     const std::uint32_t first = number >> 24U;
     if (first == 0 || first == 127 || first >= 224) {
         refuse(field, value,
-               "cannot be the address of a machine: the first number must be from 1 "
-               "to 223, and not 127.");
+               "cannot be the address of a host: the first number must be from 1 to "
+               "223, and not 127.");
     }
     return number;
 }
@@ -162,8 +162,9 @@ void require_addresses(Mode mode, const WantedAddresses& wanted) {
         require_static(wanted);
         return;
     }
-    const std::string_view why = mode == Mode::dhcp ? "dhcp, where the network's server decides"
-                                                    : "dns, which sets the name servers alone";
+    const std::string_view why =
+        mode == Mode::dhcp ? "dhcp, which gets the addresses from the network's DHCP server"
+                           : "dns, which sets the name servers alone";
     require_not_given("address", wanted.address, why);
     require_not_given("mask", wanted.mask, why);
     require_not_given("gateway", wanted.gateway, why);

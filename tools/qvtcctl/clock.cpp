@@ -169,7 +169,7 @@ std::vector<std::string> notes_on(const Clock& clock, bool changed) {
     }
     if (changed && !is_known_to_name_servers(clock.server)) {
         return {fmt::format("the time server is stored, but the name {} cannot be resolved now. "
-                            "The clock is not set until it can be.",
+                            "The clock is not set until it can be resolved.",
                             printable(clock.server))};
     }
     if (!changed) return {};

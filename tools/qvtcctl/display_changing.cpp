@@ -203,9 +203,9 @@ Answer run_display_refresh(const Request& request) {
 const Verb verbs::display_set{
     .name = "set",
     .summary = "Set the resolution, and restart",
-    .description = "Sets the resolution of all screens and restarts the terminal at once. The "
-                   "change is then pending: \"keep\" keeps it, \"revert\" goes back to the "
-                   "former resolution.",
+    .description = "Sets the resolution of all screens and restarts the terminal at once. "
+                   "The change is then pending: \"keep\" keeps it, \"revert\" goes back "
+                   "to the previous resolution.",
     .examples = {"qvtcctl display set 1920x1080", "qvtcctl display set auto --keep --yes"},
     .arguments = {resolution_argument, keep_flag, yes_flag},
     .run = run_display_set,
@@ -221,9 +221,9 @@ const Verb verbs::display_keep{
 
 const Verb verbs::display_revert{
     .name = "revert",
-    .summary = "Go back to the former resolution",
-    .description = "Goes back to the resolution that was kept last, on the screens too. There "
-                   "is no restart.",
+    .summary = "Go back to the previous resolution",
+    .description = "Goes back to the resolution that was kept last and applies it to the "
+                   "screens. There is no restart.",
     .examples = {"qvtcctl display revert"},
     .run = run_display_revert,
 };

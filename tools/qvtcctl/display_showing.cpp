@@ -117,7 +117,7 @@ Answer run_display_screens(const Request& request) {
 
 const Verb verbs::display_show{
     .name = "show",
-    .summary = "Show how the screens are set and what they show",
+    .summary = "Show the settings of the screens and what they show",
     .description = "Shows the resolution, mode, order and brightness that are set, and what "
                    "each connected screen shows.",
     .examples = {"qvtcctl display show", "qvtcctl display show --json"},
@@ -135,8 +135,9 @@ const Verb verbs::display_list{
 const Verb verbs::display_screens{
     .name = "screens",
     .summary = "Show how many screens are connected",
-    .description = "Shows how many screens are connected, which they are, and whether the "
-                   "terminal has the two outputs, VGA and HDMI, that an extended desktop needs.",
+    .description = "Shows how many screens are connected, which ones, and whether the "
+                   "terminal has the two outputs, VGA and HDMI, that an extended desktop "
+                   "needs.",
     .examples = {"qvtcctl display screens"},
     .run = run_display_screens,
 };

@@ -193,12 +193,13 @@ Answer run_network_route(const Request& request) {
 const Verb verbs::network_set{
     .name = "set",
     .summary = "Set the addresses of a wired port",
-    .description = "Sets up a wired port and restarts it: \"dhcp\" lets the network's server "
-                   "decide, \"static\" needs an address, its mask and the gateway, and \"dns\" "
-                   "sets only the name servers. Everything is checked before anything is "
-                   "changed, and read back afterwards. Whoever is logged on over this port "
-                   "loses the connection. A NetworkManager that manages the port may replace "
-                   "the addresses later; a note says so.",
+    .description = "Sets the addresses of a wired port and restarts it: \"dhcp\" gets "
+                   "them from the network's DHCP server, \"static\" needs an address, its "
+                   "mask and the gateway, and \"dns\" sets only the name servers. "
+                   "Everything is checked before anything is changed, and read back "
+                   "afterwards. Whoever is logged on over this port loses the connection. "
+                   "A NetworkManager that manages the port may replace the addresses "
+                   "later; a note says so.",
     .examples = {"qvtcctl network set eth0 dhcp",
                  "qvtcctl network set eth0 static --address 192.168.1.20 --mask 255.255.255.0 "
                  "--gateway 192.168.1.1 --dns1 192.168.1.1",
@@ -211,10 +212,10 @@ const Verb verbs::network_set{
 const Verb verbs::network_wireless{
     .name = "wireless",
     .summary = "Set the addresses of the wireless link",
-    .description = "Sets up how the wireless link gets its address in the network of that name, "
-                   "and restarts it: \"dhcp\" lets the network's server decide, \"static\" "
-                   "needs an address, its mask and the gateway. The network must have been "
-                   "joined before.",
+    .description = "Sets how the wireless link gets its address in a network, and "
+                   "restarts it: \"dhcp\" gets it from the network's DHCP server, "
+                   "\"static\" needs an address, its mask and the gateway. The network "
+                   "must have been joined before.",
     .examples = {"qvtcctl network wireless Office dhcp",
                  "qvtcctl network wireless \"Guest WiFi\" static --address 10.0.0.20 --mask "
                  "255.255.255.0 --gateway 10.0.0.1"},
@@ -236,10 +237,11 @@ const Verb verbs::network_wifi{
 const Verb verbs::network_join{
     .name = "join",
     .summary = "Join a wireless network",
-    .description = "Begins to join a wireless network, in the background; \"qvtcctl network "
-                   "scan\" marks it once it is in use. All networks that were joined before are "
-                   "forgotten, and the link gets its address by DHCP. The password is asked "
-                   "for, or read from standard input; an open network needs none.",
+    .description = "Starts joining a wireless network in the background; \"qvtcctl "
+                   "network scan\" marks it once it is in use. All networks that were "
+                   "joined before are removed, and the link gets its address by DHCP. The "
+                   "password is asked for, or read from standard input; an open network "
+                   "needs none.",
     .examples = {"qvtcctl network join Office", "qvtcctl network join \"Guest WiFi\" --open",
                  "qvtcctl network join Corp --enterprise --user anna --password-stdin < password"},
     .arguments = {name_argument, open_flag, enterprise_flag, user_option, password_stdin_flag},

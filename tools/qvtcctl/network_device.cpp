@@ -265,7 +265,7 @@ void NetworkDevice::join(const std::string& network, Encryption encryption, cons
     if (encryption == Encryption::personal) parameters += "&encryptType=wpa2";
     if (encryption == Encryption::enterprise) parameters += "&encryptType=802.1X&username=" + user;
     if (!password.empty()) parameters += "&password=" + password;
-    work_in_own_session(chatter_, "Waiting until the former networks are forgotten.",
+    work_in_own_session(chatter_, "Waiting until the previously joined networks are removed.",
                         [&] { qvsetwifiauth(parameters.data()); });
 }
 

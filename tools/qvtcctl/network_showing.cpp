@@ -64,8 +64,9 @@ Answer run_network_scan(const Request& request) {
 const Verb verbs::network_show{
     .name = "show",
     .summary = "Show the ports, Wi-Fi and their addresses",
-    .description = "Shows what the wired ports eth0 and eth1 and the wireless link wlan0 have "
-                   "in use, whether the terminal is on a network, and whether Wi-Fi is on.",
+    .description = "Shows the addresses that the wired ports eth0 and eth1 and the "
+                   "wireless link wlan0 use, whether the terminal is on a network, and "
+                   "whether Wi-Fi is on.",
     .examples = {"qvtcctl network show", "qvtcctl network show --json"},
     .run = run_network_show,
 };

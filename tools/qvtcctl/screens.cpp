@@ -111,7 +111,8 @@ void Screens::revert() const {
         const Quiet quiet(chatter_);
         qvrestoredispconf();
     }
-    if (change_waits()) throw not_taken("going back to the former resolution was not stored", log);
+    if (change_waits())
+        throw not_taken("going back to the previous resolution was not stored", log);
 }
 
 const ScreenMode& Screens::mode() const {

@@ -165,9 +165,9 @@ Answer run_update_status(const Request& request) {
 const Verb verbs::update_download{
     .name = "download",
     .summary = "Download an update package",
-    .description = "Downloads an update package in place of a former one. The URL must name a "
-                   "file called update.qvtc. Only root may be able to write to /tmp/nfs, where "
-                   "it is put.",
+    .description = "Downloads an update package, which replaces any earlier one. The URL "
+                   "must name a file called update.qvtc. Only root may be able to write "
+                   "to /tmp/nfs, where it is put.",
     .examples = {"qvtcctl update download http://server/terminals/update.qvtc"},
     .arguments = {url_argument},
     .settings = Settings::not_needed,

@@ -175,10 +175,10 @@ Answer run_volume(const Request& request) {
 const Verb verbs::volume{
     .name = "volume",
     .summary = "Show or set the volumes",
-    .description = "Shows the volumes in percent, or sets those that are given; 0 is silence. A "
-                   "volume is set on the onboard card and on the last USB card, and stored for "
-                   "the next start of the terminal's sound; it is read from the onboard card. A "
-                   "chime lets a new playback volume be heard.",
+    .description = "Shows the volumes in percent, or sets those that are given; 0 is "
+                   "silence. A volume is set on the onboard card and on the last USB "
+                   "card, and stored for the next start of the terminal's sound; it is "
+                   "read from the onboard card. A chime plays at a new playback volume.",
     .examples = {"qvtcctl volume", "qvtcctl volume --playback 60",
                  "qvtcctl volume --playback 0 --capture 80"},
     .arguments = {playback_option, capture_option},

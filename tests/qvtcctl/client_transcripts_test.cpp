@@ -90,8 +90,37 @@ TEST(QvtcctlTranscript, LaunchOnAFullDisk) {
         .run(add_office)
         .run("head -c 1M /dev/zero >/home/root/filler 2>/tmp/full || echo full")
         .run("qvtcctl launch 32")
+        .run("qvtcctl launch 32 --wait >/dev/null")
+        .run("qvtcctl status 32")
         .run("qvtcctl doctor 32 | grep -A 1 storage");
     transcript.expect("launch_disk_full");
+}
+
+// Where its log cannot be opened, the shell does not start the client at all; the log still holds
+// the words of an earlier one.
+TEST(QvtcctlTranscript, LaunchOnAReadOnlyDisk) {
+    const Screen screen;
+    StandIn client("xfreerdp");
+    client.keeps_running();
+    Transcript transcript;
+    transcript.run(add_office)
+        .run("qvtcctl connection add web name=page serverAddress=http://10.0.0.9/")
+        .run("echo '[1]start to connect...' >/home/root/freerdp.log; "
+             "echo 'ERRCONNECT_LOGON_FAILURE' >>/home/root/freerdp.log")
+        .run("qvtcctl connection add horizon name=pool serverAddress=10.0.0.9")
+        .run("mount --bind /home/root /home/root && mount -o remount,bind,ro /home/root")
+        .run("qvtcctl launch 32")
+        .run("qvtcctl launch 32 --json")
+        .run("qvtcctl launch 32 --wait")
+        .run("qvtcctl status 32")
+        .run("qvtcctl status 32 --json")
+        .run("qvtcctl launch 288 --wait --json");
+    EXPECT_EQ(client.calls(), StandIn::Calls{});
+    transcript.run("umount /home/root; echo '[INFO] @launchclient id = 32' >/home/root/system.log")
+        .run("mount --bind /home/root /home/root && mount -o remount,bind,ro /home/root")
+        .run("qvtcctl status 32")
+        .run("qvtcctl launch 160 --wait");
+    transcript.expect("launch_disk_read_only");
 }
 
 TEST(QvtcctlTranscript, LaunchOnATerminal) {

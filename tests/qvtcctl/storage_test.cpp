@@ -40,5 +40,20 @@ TEST(QvtcctlStorage, SaysThatThereIsNoFolder) {
     EXPECT_EQ(storage_fault("/mnt/nothing"), "No such file or directory");
 }
 
+TEST(QvtcctlStorage, IsOfNoConcernToAClientWithoutALog) {
+    ASSERT_EQ(std::system("mount -t tmpfs -o ro disk /home/root"), 0);
+    EXPECT_EQ(log_fault(*find_type("web")), "Read-only file system");
+    EXPECT_EQ(log_fault(*find_type("horizon")), std::nullopt);
+}
+
+TEST(QvtcctlStorage, IsNamedWithWhatToDo) {
+    const Explanation told = explain_storage("Read-only file system");
+    EXPECT_TRUE(told.known);
+    EXPECT_EQ(told.means, "Nothing can be written in /home/root: Read-only file system. The client "
+                          "cannot keep its log there, without which it may not even start.");
+    EXPECT_EQ(told.advice,
+              "Free some space, or have the disk mounted writable; then launch it again.");
+}
+
 } // namespace
 } // namespace qvtc::qvtcctl

@@ -26,6 +26,26 @@ TEST(QvtcctlSystemLog, ALogThatWasBegunAnewIsNewAsAWhole) {
     EXPECT_EQ(mark.added(), "new\n");
 }
 
+TEST(QvtcctlSystemLog, AMarkTellsWhetherAnybodyHasWrittenSince) {
+    test::write_file(path, "same\n");
+    const auto before = std::filesystem::last_write_time(path) - std::chrono::seconds(1);
+    std::filesystem::last_write_time(path, before);
+    const LogMark mark(path);
+    EXPECT_FALSE(mark.is_touched());
+    test::write_file(path, "same\n");
+    EXPECT_TRUE(mark.is_touched());
+    std::filesystem::last_write_time(path, before);
+    EXPECT_FALSE(mark.is_touched());
+    std::filesystem::resize_file(path, 0);
+    std::filesystem::last_write_time(path, before);
+    EXPECT_TRUE(mark.is_touched());
+    std::filesystem::remove(path);
+    const LogMark none(path);
+    EXPECT_FALSE(none.is_touched());
+    test::write_file(path, "");
+    EXPECT_TRUE(none.is_touched());
+}
+
 TEST(QvtcctlSystemLog, AMissingLogIsEmpty) {
     std::filesystem::remove(path);
     const LogMark mark(path);

@@ -23,6 +23,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr unsigned default_timeout = 30;
+constexpr unsigned look_without_log = 5;
 constexpr unsigned longest_timeout = 3600;
 constexpr unsigned longest_delay = 86400;
 
@@ -153,8 +154,11 @@ std::string standing_text(unsigned id, const ConnectionType& type, const Record&
     } else if (standing.state == State::failed) {
         text += explanation_text(standing.last_words);
     } else if (ended_with_reason(standing)) {
-        text += "  The last launch failed or ended:\n" + explanation_text(standing.last_words);
+        text += fmt::format("  The last launch{} failed or ended:\n{}",
+                            standing.storage_fault ? " that has left a log" : "",
+                            explanation_text(standing.last_words));
     }
+    if (standing.storage_fault) text += explanation_text(explain_storage(*standing.storage_fault));
     return text;
 }
 
@@ -164,6 +168,7 @@ Json standing_json(unsigned id, const ConnectionType& type, const Record& record
     add(map, "state", name_of(standing.state));
     add_logon(map, standing.logon);
     add_flag(map, "otherRuns", standing.other_runs);
+    if (standing.storage_fault) add(map, "storageFault", *standing.storage_fault);
     if (standing.state == State::failed || ended_with_reason(standing)) {
         add(map, "reason", explanation_json(standing.last_words));
     }
@@ -267,13 +272,15 @@ std::vector<std::string> notes_on(unsigned id, const ConnectionType& type,
 Answer launch(const Device& device, unsigned id, const Record& record,
               std::optional<unsigned> timeout, Progress& progress) {
     const ConnectionType& type = require_type_of_id(id);
-    if (!timeout) {
+    if (!timeout && !log_fault(type)) {
         device.launch(id);
         return started_answer(id, type, record);
     }
-    const LaunchOutcome outcome =
-        launch_and_follow(device, type, record, std::chrono::seconds(*timeout), progress);
-    return waited_answer(id, type, record, outcome, *timeout);
+    // Without a log nobody could tell later that the client has not come up at all.
+    const std::chrono::seconds longest(timeout.value_or(look_without_log));
+    const LaunchOutcome outcome = launch_and_follow(device, type, record, longest, progress);
+    if (!timeout && outcome.state != State::failed) return started_answer(id, type, record);
+    return waited_answer(id, type, record, outcome, timeout.value_or(0));
 }
 
 const Argument id_argument =

@@ -2,6 +2,7 @@
 
 #include "qvtcctl/client_words.hpp"
 #include "qvtcctl/installed.hpp"
+#include "qvtcctl/storage.hpp"
 #include "qvtcctl/system_log.hpp"
 
 #include <algorithm>
@@ -35,18 +36,19 @@ std::vector<Process> without(std::vector<Process> clients, const std::vector<Pro
 struct BeforeLaunch {
     explicit BeforeLaunch(const ConnectionType& type)
         : clients(running_clients(type)), client_log(std::string(type.log)),
-          library_log(std::string(system_log)), start(Clock::now()) {}
+          library_log(std::string(system_log)), storage(log_fault(type)), start(Clock::now()) {}
 
     std::vector<Process> clients;
     LogMark client_log;
     LogMark library_log;
+    std::optional<std::string> storage;
     Clock::time_point start;
 };
 
-/// The RDP launcher begins its log anew; the others add to theirs. A client of the kind that still
-/// runs may write there too.
+/// The RDP launcher begins its log anew, if it can be written to; the others add to theirs. A
+/// client of the kind that still runs may write there too.
 std::string words_since_launch(const ConnectionType& type, const BeforeLaunch& before) {
-    if (type.log.empty()) return "";
+    if (type.log.empty() || !before.client_log.is_touched()) return "";
     const std::string log =
         is_rdp(type) ? file_tail(std::string(type.log), log_limit) : before.client_log.added();
     return without_words_of(is_web(type) ? std::vector<Process>() : before.clients,
@@ -93,7 +95,9 @@ Explanation explain_given_up(const ConnectionType& type, unsigned id,
 Explanation explain_words(const Device& device, const ConnectionType& type, const Record& record,
                           const std::string& words) {
     const unsigned id = record.id().value_or(0);
-    const std::string reason = is_rdp(type) ? reason_of(device.client_status(id)) : "";
+    // The library reads the same log, which without words is that of no launch or of another one.
+    const bool has_log = is_rdp(type) && !words.empty();
+    const std::string reason = has_log ? reason_of(device.client_status(id)) : "";
     const Route route = route_of(type, record);
     Explanation told = explain(type, id, words_about(type, record, words), reason, route);
     if (!told.known) told = explain(type, id, words, reason, route);
@@ -142,6 +146,7 @@ Standing look_for_standing(const Device& device, const ConnectionType& type, con
     standing.state = state_of(look);
     standing.window = look.window;
     standing.other_runs = !others.empty();
+    if (clients.empty()) standing.storage_fault = log_fault(type);
     if (!own_words) return standing;
     standing.last_words = explain_words(device, type, record, words);
     if (!session_seen && !can_have_had_session(type, words)) {
@@ -184,6 +189,9 @@ LaunchOutcome launch_and_follow(const Device& device, const ConnectionType& type
         if (outcome.state == State::connected) return outcome;
         if (outcome.state == State::failed) {
             outcome.explanation = explain_words(device, type, record, words);
+            if (!outcome.explanation.known && before.storage) {
+                outcome.explanation = explain_storage(*before.storage);
+            }
             if (!window_seen) outcome.explanation = never_began(std::move(outcome.explanation));
             return outcome;
         }

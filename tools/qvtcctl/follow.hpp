@@ -32,9 +32,10 @@ std::vector<Process> clients_of(const ConnectionType& type, const Record& record
 /// How a connection stands at this moment.
 struct Standing {
     State state = State::not_running;
-    bool other_runs = false;       ///< a client of this kind runs for another connection
-    Sight window = Sight::unknown; ///< looked for only while the client runs
-    Logon logon = Logon::unknown;  ///< asked for only when it is shown
+    bool other_runs = false;                  ///< a client of this kind runs for another connection
+    Sight window = Sight::unknown;            ///< looked for only while the client runs
+    Logon logon = Logon::unknown;             ///< asked for only when it is shown
+    std::optional<std::string> storage_fault; ///< looked for only while no client runs
     Explanation last_words; ///< of its last launch; empty when another one of its kind was later
 };
 Standing standing_of(const Device& device, const ConnectionType& type, const Record& record);

@@ -39,11 +39,25 @@ std::optional<std::string> storage_fault(const std::string& folder) {
     return std::strerror(fault);
 }
 
+std::optional<std::string> log_fault(const ConnectionType& type) {
+    return type.log.empty() ? std::nullopt : storage_fault(storage_folder);
+}
+
 std::string storage_note(const std::string& fault) {
     return fmt::format("Nothing can be written in {}: {}. The client's log cannot be kept, so a "
                        "failure may have no reason. Free some space, or have the disk mounted "
                        "writable.",
                        storage_folder, fault);
+}
+
+Explanation explain_storage(const std::string& fault) {
+    Explanation told;
+    told.means = fmt::format("Nothing can be written in {}: {}. The client cannot keep its log "
+                             "there, without which it may not even start.",
+                             storage_folder, fault);
+    told.advice = "Free some space, or have the disk mounted writable; then launch it again.";
+    told.known = true;
+    return told;
 }
 
 } // namespace qvtc::qvtcctl

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "qvtcctl/client_log.hpp"
+
 #include <optional>
 #include <string>
 
@@ -12,7 +14,14 @@ inline constexpr const char* storage_folder = "/home/root";
 /// nothing when one can. Leaves nothing behind.
 std::optional<std::string> storage_fault(const std::string& folder);
 
+/// The same of the folder in which the clients of a type have their log; nothing for a type whose
+/// clients have none.
+std::optional<std::string> log_fault(const ConnectionType& type);
+
 /// What a launch tells of such a fault.
 std::string storage_note(const std::string& fault);
+
+/// Why a client that has no words of its own has failed, while there is such a fault.
+Explanation explain_storage(const std::string& fault);
 
 } // namespace qvtc::qvtcctl

@@ -22,9 +22,19 @@ bool speaks_of_failure(std::string_view line) {
     });
 }
 
+std::filesystem::file_time_type last_written(const std::string& path) {
+    std::error_code missing;
+    return std::filesystem::last_write_time(path, missing);
+}
+
 } // namespace
 
-LogMark::LogMark(std::string path) : path_(std::move(path)), size_(InputFile(path_).size()) {}
+LogMark::LogMark(std::string path)
+    : path_(std::move(path)), size_(InputFile(path_).size()), written_(last_written(path_)) {}
+
+bool LogMark::is_touched() const {
+    return InputFile(path_).size() != size_ || last_written(path_) != written_;
+}
 
 std::string LogMark::added() const {
     const InputFile file(path_);

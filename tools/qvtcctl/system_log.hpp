@@ -3,6 +3,7 @@
 #include "qvtcctl/types.hpp"
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -17,9 +18,13 @@ class LogMark {
     /// begun anew. Empty when it is no regular file.
     std::string added() const;
 
+    /// Whether the file has been written to since, if only to empty it.
+    bool is_touched() const;
+
   private:
     std::string path_;
     std::uintmax_t size_;
+    std::filesystem::file_time_type written_;
 };
 
 /// Where the library writes what went wrong.

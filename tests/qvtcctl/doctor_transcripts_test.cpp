@@ -13,6 +13,9 @@ using test::StandIn;
 using test::Transcript;
 using test::write_file;
 
+constexpr const char* add_office = "qvtcctl connection add rdp name=office serverAddress=127.0.0.1 "
+                                   "username=anna --password-stdin";
+
 /// A terminal on which a connection can come up: a screen that answers and sound.
 class Doctor : public testing::Test {
   protected:
@@ -31,12 +34,7 @@ TEST_F(Doctor, FindsNothingWrong) {
     const StandIn client("xfreerdp");
     const FaultyServer server(test::negotiate_security(3, true), 3389);
     Transcript transcript;
-    transcript
-        .run("qvtcctl connection add rdp name=office serverAddress=127.0.0.1 username=anna "
-             "--password-stdin",
-             "secret\n")
-        .run("qvtcctl doctor 32")
-        .run("qvtcctl doctor 32 --json");
+    transcript.run(add_office, "secret\n").run("qvtcctl doctor 32").run("qvtcctl doctor 32 --json");
     transcript.expect("doctor_healthy");
     EXPECT_EQ(client.calls(), StandIn::Calls{}); // nothing was started
 }
@@ -90,10 +88,7 @@ TEST_F(Doctor, SaysThatTheSettingsDocumentIsDamaged) {
     const StandIn client("xfreerdp");
     const FaultyServer server(test::negotiate_security(3, true), 3389);
     Transcript transcript;
-    transcript
-        .run("qvtcctl connection add rdp name=office serverAddress=127.0.0.1 username=anna "
-             "--password-stdin",
-             "secret\n")
+    transcript.run(add_office, "secret\n")
         .run("qvtcctl connection add rdp name=other serverAddress=127.0.0.1")
         .run("sed -i 's#</rdpItem_id_33>##' /home/root/vpclientData.xml")
         .run("qvtcctl doctor 32")

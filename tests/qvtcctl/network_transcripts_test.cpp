@@ -160,6 +160,30 @@ TEST_F(QvtcctlNetworkTranscript, WifiIsSwitchedAndItsNetworksListed) {
     transcript.expect("network_wifi");
 }
 
+// The name of a network is any bytes that its owner likes: Latin-1, a torn character, a sequence
+// that clears a screen in 7 and in 8 bits, a name that is shown from right to left.
+TEST_F(QvtcctlNetworkTranscript, ANetworksNameIsHarmlessWhateverBytesItHas) {
+    QVTC_NEED_PROGRAM("python3");
+    plug("wlan0");
+    std::string list =
+        "IN-USE  BSSID              SSID    MODE   CHAN  RATE        SIGNAL  BARS  SECURITY    \n";
+    for (const char* const name :
+         {"B\xFCro", "cut\xE4\xB8", "a\x1b[2J", "b\u009B2J", "c\u202Epma"}) {
+        list += "        00:11:22:33:44:06  " + std::string(name) +
+                "  Infra  149   540 Mbit/s  70      ***   WPA2 802.1X \n";
+    }
+    nmcli.prints(list);
+    Transcript transcript;
+    transcript.run("qvtcctl network wifi on >/dev/null")
+        .run("qvtcctl network scan")
+        .run("qvtcctl network scan --json")
+        .run("qvtcctl network scan --json | python3 -c 'import json, sys; "
+             "print(len(json.loads(sys.stdin.buffer.read().decode())[\"networks\"]))'");
+    transcript.expect("network_wifi_hostile");
+    for (const char* const raw : {"\u009B", "\u202E", "\xFC", "\xE4\xB8", "\x1b"})
+        EXPECT_EQ(transcript.text().find(raw), std::string::npos) << raw;
+}
+
 TEST_F(QvtcctlNetworkTranscript, ANetworkIsJoined) {
     plug("wlan0");
     Transcript transcript;

@@ -294,7 +294,7 @@ TEST(QvtcctlTranscript, EveryVerdictBelongsToItsOwnLaunch) {
     transcript.run("qvtcctl connection add web name=page serverAddress=http://10.0.0.9/")
         .run("qvtcctl connection add horizon name=pool serverAddress=10.0.0.9")
         .run("qvtcctl launch 288")
-        .run("until grep -q success /usr/local/vpclient/config/clientstatus; do sleep 0.05; done")
+        .run("until grep -qs success /usr/local/vpclient/config/clientstatus; do sleep 0.05; done")
         .run("qvtcctl launch 160 --wait >/dev/null")
         .expect("own_verdict");
 }

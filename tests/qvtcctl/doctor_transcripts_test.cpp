@@ -102,6 +102,16 @@ TEST_F(Doctor, SaysThatTheSettingsDocumentIsDamaged) {
     transcript.expect("doctor_document_damaged");
 }
 
+// A terminal without IPv6 is the usual case, and names with an address of each kind are, too.
+TEST_F(Doctor, JudgesAServerByTheAddressThatHasARoute) {
+    const StandIn client("xfreerdp");
+    write_file("/etc/hosts", "127.0.0.1 localhost\n127.0.0.1 both.lan\n2001:db8::1 both.lan\n");
+    Transcript transcript;
+    transcript.run("qvtcctl connection add rdp name=office serverAddress=both.lan")
+        .run("qvtcctl doctor 32 | grep -A 1 -e name -e port");
+    transcript.expect("doctor_two_addresses");
+}
+
 TEST_F(Doctor, WantsAConnection) {
     Transcript transcript;
     transcript.run("qvtcctl doctor 33").run("qvtcctl doctor x").run("qvtcctl doctor --help");

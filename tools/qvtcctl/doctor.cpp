@@ -23,13 +23,15 @@ constexpr std::size_t most_addresses = 2; ///< that are tried before the port co
 
 // ------------------------------------------------------------------ looking
 
-/// The first address whose port answers; else an empty text, and what the last one did.
+/// The first address whose port answers; else an empty text. An address to which there is no route
+/// says nothing of a server that has another one.
 std::string answering_address(ServerFacts& facts) {
     const std::size_t count = std::min(facts.resolution.addresses.size(), most_addresses);
     for (std::size_t i = 0; i < count; ++i) {
         const std::string& address = facts.resolution.addresses[i];
-        facts.answer = try_port(address, facts.address.port, longest_answer);
-        if (facts.answer == PortAnswer::answered) return address;
+        const PortAnswer answer = try_port(address, facts.address.port, longest_answer);
+        facts.answer = std::min(facts.answer.value_or(answer), answer);
+        if (answer == PortAnswer::answered) return address;
     }
     return "";
 }

@@ -7,11 +7,12 @@
 
 namespace qvtc::qvtcctl {
 
+/// In the order of how much it tells: of a host with several addresses, the first of these counts.
 enum class PortAnswer {
     answered,
     refused,
-    unreachable, ///< there is no route to the address
-    silent       ///< nothing came back in time
+    silent,     ///< nothing came back in time
+    unreachable ///< there is no route to the address
 };
 
 /// A TCP connection with one deadline for all that is done with it.

@@ -165,6 +165,11 @@ void reset_connection(int socket) {
     setsockopt(socket, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
 }
 
+void say_nothing(int socket) {
+    char byte = 0;
+    while (read(socket, &byte, 1) > 0) continue;
+}
+
 FaultyServer::Behaviour refuse_logon(std::uint32_t status) {
     return [status](int socket) {
         read_some(socket);

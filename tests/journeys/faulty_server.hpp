@@ -35,6 +35,9 @@ void refuse_negotiation(int socket);
 /// Resets the connection in the middle of the client's first request.
 void reset_connection(int socket);
 
+/// Lets the client talk, and says nothing until it gives up.
+void say_nothing(int socket);
+
 /// Goes as far as the logon and refuses it with this NTSTATUS.
 FaultyServer::Behaviour refuse_logon(std::uint32_t status);
 

@@ -112,6 +112,16 @@ TEST_F(Doctor, JudgesAServerByTheAddressThatHasARoute) {
     transcript.expect("doctor_two_addresses");
 }
 
+// To be slow is not to speak something else.
+TEST_F(Doctor, WaitsForACertificateOnlySoLong) {
+    const StandIn browser("firefox");
+    const FaultyServer silent(test::say_nothing, 8443);
+    Transcript transcript;
+    transcript.run("qvtcctl connection add web name=page serverAddress=https://127.0.0.1:8443/")
+        .run("qvtcctl doctor 288 | grep -A 1 -e port -e certificate");
+    transcript.expect("doctor_silent");
+}
+
 TEST_F(Doctor, WantsAConnection) {
     Transcript transcript;
     transcript.run("qvtcctl doctor 33").run("qvtcctl doctor x").run("qvtcctl doctor --help");

@@ -112,6 +112,11 @@ TEST(QvtcctlServerFindings, OfTheCertificateSayHowGoodItIs) {
                    "until 2029-05-06."});
     EXPECT_EQ(certificate([](ServerFacts& facts) { facts.certificate.reset(); }),
               Told{"problem: Port 443 of h.lan does not speak TLS."});
+    EXPECT_EQ(certificate([](ServerFacts& facts) {
+                  facts.certificate.reset();
+                  facts.tls_was_silent = true;
+              }),
+              Told{"warning: No TLS server has answered at port 443 of h.lan in time."});
     EXPECT_EQ(certificate([](ServerFacts& facts) { facts.answer = PortAnswer::refused; }), Told{});
 }
 

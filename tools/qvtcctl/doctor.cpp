@@ -38,8 +38,9 @@ std::string answering_address(ServerFacts& facts) {
 
 void look_at_certificate(ServerFacts& facts, const std::string& address) {
     ServerSocket server(address, facts.address.port, longest_answer);
-    if (facts.security && !negotiate(server, offered_by_client)) return;
-    facts.certificate = certificate_of(server, facts.address.host);
+    if (!facts.security || negotiate(server, offered_by_client))
+        facts.certificate = certificate_of(server, facts.address.host);
+    facts.tls_was_silent = !facts.certificate && server.timed_out();
 }
 
 ServerFacts look_at(const ServerAddress& address, bool speaks_rdp) {

@@ -145,6 +145,11 @@ Finding checked_certificate(const Certificate& certificate, std::time_t now) {
 }
 
 Finding certificate_finding(const ServerRole& role, const ServerFacts& facts) {
+    if (facts.tls_was_silent) {
+        return {warning, "certificate",
+                fmt::format("No TLS server has answered at {} in time.", place_of(facts)),
+                "Try again. If it stays silent, check the port, or ask who runs the server."};
+    }
     if (!facts.certificate) {
         std::string place = place_of(facts);
         place.front() = 'P';

@@ -18,6 +18,7 @@ struct ServerFacts {
     std::optional<PortAnswer> answer;       ///< nothing when it was not asked
     std::optional<RdpSecurity> security;    ///< nothing when it is not asked for RDP
     std::optional<Certificate> certificate; ///< nothing when there was none to be had
+    bool tls_was_silent = false;            ///< nothing came back to the question for it in time
 };
 
 /// Whether the client would get to see a certificate of the server's.

@@ -106,6 +106,15 @@ TEST(QvtcctlClientLog, SilenceIsSaidToBeSilence) {
               "The Horizon client writes no log that would name a reason.");
 }
 
+TEST(QvtcctlClientLog, ThePasswordInAPagesAddressIsNotShown) {
+    const Explanation told =
+        explain(*find_type("web"), 288,
+                "OnLocationChange({URI:http://anna:secret@h/}, LOCATION_CHANGE_ERROR_PAGE)\n", "");
+    EXPECT_EQ(told.lines,
+              std::vector<std::string>{
+                  "OnLocationChange({URI:http://anna:***@h/}, LOCATION_CHANGE_ERROR_PAGE)"});
+}
+
 // A server that has none of the client's encryption ends it with the words of a logoff.
 TEST(QvtcctlClientLog, ASessionThatHasNotBegunWasNotLoggedOff) {
     const Explanation told = explain(rdp, 33, "ERRINFO_LOGOFF_BY_USER (0x0000000C)\n", "");

@@ -60,6 +60,8 @@ TEST(QvtcctlSystemLog, TheLastComplaintIsALineThatSpeaksOfFailure) {
     EXPECT_EQ(last_complaint("[ERROR] one\n[INFO] fine\n"), "[ERROR] one");
     EXPECT_EQ(last_complaint("[INFO] fine\n"), "");
     EXPECT_EQ(last_complaint("[ERROR] \x1b[2J\n"), "[ERROR] \\x1b[2J");
+    EXPECT_EQ(last_complaint("[INFO] xfreerdp params:xfreerdp /p:'failover' /f\n"),
+              "[INFO] xfreerdp params:xfreerdp /p:*** /f");
 }
 
 TEST(QvtcctlSystemLog, TheLastLaunchOfAKindIsNamed) {

@@ -2,6 +2,7 @@
 
 #include "qvtcctl/base64.hpp"
 #include "qvtcctl/failure_reasons.hpp"
+#include "qvtcctl/log_passwords.hpp"
 #include "qvtcctl/text.hpp"
 
 #include <algorithm>
@@ -43,7 +44,7 @@ template <typename Test>
 std::vector<std::string> pick_lines(std::string_view log, bool from_end, Test accepts) {
     std::vector<std::string> picked;
     for (const std::string_view raw : split_lines(log)) {
-        std::string line = printable(trimmed(without_stamp(raw)));
+        std::string line = printable(without_url_passwords(trimmed(without_stamp(raw))));
         const bool twice = std::find(picked.begin(), picked.end(), line) != picked.end();
         if (line.empty() || twice || is_backtrace(line) || !accepts(line)) continue;
         picked.push_back(std::move(line));

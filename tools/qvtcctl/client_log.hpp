@@ -20,7 +20,7 @@ struct Explanation {
     std::string advice; ///< what to do
     std::string words;  ///< what the client itself calls it; empty when nothing was found
     std::string log;    ///< the file that the lines are from
-    std::vector<std::string> lines; ///< of the log, made printable
+    std::vector<std::string> lines; ///< of the log, printable and without the passwords of URLs
     bool known = false;             ///< false: the log names no reason that is in the table
     bool ends_session = false;      ///< true: the words are those of the end of a session
 };

@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::string_view mask = "***";
 constexpr std::string_view blanks = " \t\n";
+constexpr std::string_view scheme_end = "://";
 
 /// Where the shell's word that begins there ends.
 std::size_t end_of_word(std::string_view text, std::size_t at) {
@@ -63,18 +64,49 @@ std::string without_between(std::string_view command, std::string_view before,
            std::string(closed ? command.substr(last) : "");
 }
 
+/// The text without the password of the URL's authority, "user:password@host", that it begins with.
+std::string without_users_password(std::string_view text) {
+    const std::string_view authority = text.substr(0, text.find_first_of(" \t\n/?#"));
+    const std::size_t colon = authority.find(':');
+    const std::size_t host = authority.rfind('@');
+    if (host == std::string_view::npos || colon > host) return std::string(text);
+    return std::string(text.substr(0, colon + 1)) + std::string(mask) +
+           std::string(text.substr(host));
+}
+
+/// Masks the passwords of a text's URLs; "in_url" when it begins behind the scheme of one.
+std::string without_passwords_in_urls(std::string_view text, bool in_url) {
+    std::string result;
+    for (;; in_url = true) {
+        const std::size_t end = text.find(scheme_end);
+        const std::string_view part = text.substr(0, end);
+        result += in_url ? without_users_password(part) : std::string(part);
+        if (end == std::string_view::npos) return result;
+        result += scheme_end;
+        text.remove_prefix(end + scheme_end.size());
+    }
+}
+
+/// The browser takes an address without a scheme, too.
+std::string without_web_password(std::string_view command) {
+    const std::string_view address = command.substr(0, command.find(' '));
+    const bool has_scheme = address.find(scheme_end) != std::string_view::npos;
+    return without_passwords_in_urls(command, !has_scheme);
+}
+
 /// How the line begins on which the library logs a client's command.
 struct CommandLine {
     std::string_view start;
     std::string (*masked)(std::string_view);
 };
 
-constexpr std::array<CommandLine, 3> command_lines{{
+constexpr std::array<CommandLine, 4> command_lines{{
     {"xfreerdp params:", without_rdp_passwords},
     {"vmware cmdline:",
      [](std::string_view command) { return without_between(command, " -p ", " --protocol="); }},
     {"params:vncviewer ",
      [](std::string_view command) { return without_between(command, " passwd ", " >>"); }},
+    {"params:firefox ", without_web_password},
 }};
 
 /// Where a value begins and ends.
@@ -127,7 +159,11 @@ std::string without_passwords(std::string_view message) {
         const std::size_t begin = found + line.start.size();
         return std::string(message.substr(0, begin)) + line.masked(message.substr(begin));
     }
-    return without_named_passwords(message);
+    return without_url_passwords(without_named_passwords(message));
+}
+
+std::string without_url_passwords(std::string_view text) {
+    return without_passwords_in_urls(text, false);
 }
 
 } // namespace qvtc::qvtcctl

@@ -1,6 +1,7 @@
 #include "qvtcctl/system_log.hpp"
 
 #include "qvtcctl/input_file.hpp"
+#include "qvtcctl/log_passwords.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/text.hpp"
 
@@ -46,7 +47,7 @@ std::string LogMark::added() const {
 std::string last_complaint(std::string_view text) {
     const std::vector<std::string_view> lines = split_lines(text);
     const auto found = std::find_if(lines.rbegin(), lines.rend(), speaks_of_failure);
-    return found == lines.rend() ? "" : printable(*found);
+    return found == lines.rend() ? "" : printable(without_passwords(*found));
 }
 
 std::optional<unsigned> last_launched(const ConnectionType& type, std::string_view log) {

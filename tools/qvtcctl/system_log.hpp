@@ -30,7 +30,8 @@ class LogMark {
 /// Where the library writes what went wrong.
 inline constexpr std::string_view system_log = "/home/root/system.log";
 
-/// The last line of that log's text that speaks of an error or a failure; empty when none does.
+/// The last line of that log's text that speaks of an error or a failure, fit to be shown:
+/// printable and without passwords. Empty when none does.
 std::string last_complaint(std::string_view text);
 
 /// The connection of this type that the log says was launched last, by whomever; nothing when it

@@ -45,6 +45,15 @@ TEST(QvtcctlFollowedFile, GoesOnWithTheFileThatTakesTheNamesPlace) {
     EXPECT_EQ(file.lines(), "second\n");
 }
 
+TEST(QvtcctlFollowedFile, GoesOnWithAFileThatIsEmptied) {
+    test::write_file(path, "one\ntwo\nthr");
+    FollowedFile file(path, 1000);
+    EXPECT_EQ(file.lines(), "one\ntwo\n");
+    std::filesystem::resize_file(path, 0);
+    append("new\n");
+    EXPECT_EQ(file.lines(), "new\n");
+}
+
 TEST(QvtcctlFollowedFile, WaitsForAMissingFile) {
     FollowedFile file(path, 1000);
     EXPECT_EQ(file.lines(), "");

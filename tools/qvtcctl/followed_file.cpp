@@ -25,6 +25,11 @@ bool FollowedFile::is_current() const {
            named.st_ino == held.st_ino && named.st_dev == held.st_dev;
 }
 
+bool FollowedFile::was_cut() const {
+    return file_.is_open() &&
+           lseek(file_.descriptor(), 0, SEEK_CUR) > static_cast<off_t>(file_.size());
+}
+
 void FollowedFile::read_rest() {
     std::array<char, 65536> block{};
     while (file_.is_open()) {
@@ -38,6 +43,10 @@ void FollowedFile::read_rest() {
 std::string FollowedFile::lines() {
     // Asked first: what a writer adds to the old file afterwards is its last.
     const bool moved_aside = !is_current();
+    if (was_cut()) {
+        pending_.clear();
+        lseek(file_.descriptor(), 0, SEEK_SET);
+    }
     read_rest();
     if (moved_aside) {
         file_ = InputFile(path_);

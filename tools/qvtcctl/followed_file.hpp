@@ -7,7 +7,7 @@
 
 namespace qvtc::qvtcctl {
 
-/// Reads a file as it grows, also when it is moved aside and begun anew.
+/// Reads a file as it grows, also when it is moved aside or emptied, and begun anew.
 class FollowedFile {
   public:
     /// Begins with the last "tail" bytes of what is there; a missing file is waited for.
@@ -18,6 +18,7 @@ class FollowedFile {
 
   private:
     bool is_current() const;
+    bool was_cut() const;
     void read_rest();
 
     std::string path_;

@@ -432,6 +432,18 @@ TEST(QvtcctlTranscript, FollowUntilTheClientEnds) {
         .expect("status_follow");
 }
 
+TEST(QvtcctlTranscript, FollowingEndsWhenNobodyTakesTheOutput) {
+    const Screen screen("xfreerdp", 0);
+    StandIn client("xfreerdp");
+    client.keeps_running();
+    write_file("/tmp/asked", "");
+    Transcript transcript;
+    transcript.run(add_office)
+        .run("qvtcctl launch 32 --wait >/dev/null")
+        .run("timeout 10 qvtcctl status 32 --follow >/dev/full")
+        .expect("status_follow_lost");
+}
+
 TEST(QvtcctlTranscript, Brokers) {
     StandIn curl("curl");
     curl.prints({"{\"isMe\":true}\n", "404\n"});

@@ -219,7 +219,8 @@ Standing follow_standing(const Device& device, const ConnectionType& type, const
         session_seen = session_seen || standing.state == State::connected;
         if (standing.state != told) tell(standing);
         told = standing.state;
-        if (*told == State::failed || *told == State::not_running) return standing;
+        const bool ended = *told == State::failed || *told == State::not_running;
+        if (ended || !lost_output().empty()) return standing;
         std::this_thread::sleep_for(between_looks);
     }
 }

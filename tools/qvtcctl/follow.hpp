@@ -40,8 +40,8 @@ struct Standing {
 };
 Standing standing_of(const Device& device, const ConnectionType& type, const Record& record);
 
-/// Tells every change of a connection's standing, the first included, until its client has ended
-/// or its failure is known; returns that last one.
+/// Tells every change of a connection's standing, the first included, until its client has ended,
+/// its failure is known, or nobody takes the output; returns that last one.
 Standing follow_standing(const Device& device, const ConnectionType& type, const Record& record,
                          const std::function<void(const Standing&)>& tell);
 

@@ -132,6 +132,16 @@ TEST(QvtcctlTranscript, LaunchOnATerminal) {
     transcript.expect("launch_on_terminal");
 }
 
+// A line that goes on in the next one cannot be painted over, and would be there twice a second.
+TEST(QvtcctlTranscript, LaunchOnANarrowTerminal) {
+    const Screen screen("xfreerdp", 2);
+    StandIn client("xfreerdp");
+    client.keeps_running();
+    Transcript transcript;
+    transcript.run(add_office).run_on_terminal("stty cols 44; qvtcctl launch 32 --wait");
+    transcript.expect("launch_on_narrow_terminal");
+}
+
 TEST(QvtcctlTranscript, LaunchWithoutWaiting) {
     const Screen screen;
     StandIn client("xfreerdp");

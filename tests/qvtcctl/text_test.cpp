@@ -66,5 +66,14 @@ TEST(QvtcctlText, TrimmedHasNoWhiteSpaceAround) {
     EXPECT_FALSE(is_blank(" x"));
 }
 
+TEST(QvtcctlText, OnlyWholeCharactersFitIntoColumns) {
+    EXPECT_EQ(first_columns("abc", 2), "ab");
+    EXPECT_EQ(first_columns("abc", 5), "abc");
+    EXPECT_EQ(first_columns("a\u4e2db", 2), "a"); // two columns wide
+    EXPECT_EQ(first_columns("a\u4e2db", 3), "a\u4e2d");
+    EXPECT_EQ(first_columns("e\u0301x", 1), "e\u0301"); // an accent of its own
+    EXPECT_EQ(first_columns("abc", 0), "");
+}
+
 } // namespace
 } // namespace qvtc::qvtcctl

@@ -8,6 +8,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace qvtc::qvtcctl {
@@ -24,6 +25,13 @@ int write_all(int descriptor, std::string_view text) {
         text.remove_prefix(static_cast<std::size_t>(written));
     }
     return 0;
+}
+
+/// That a line may take: a longer one would go on in the next line, and could not be painted over.
+std::size_t columns_of_tty() {
+    winsize size{};
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return std::string::npos;
+    return size.ws_col - 1U; // in the last one some go on at once
 }
 
 } // namespace
@@ -61,7 +69,11 @@ void Progress::show(const std::string& stage, long seconds) {
         stage_ = stage;
         return;
     }
-    const std::string line = fmt::format("{} ({} s)", printable(stage), seconds);
+    const std::string time = fmt::format(" ({} s)", seconds);
+    const std::size_t room = columns_of_tty();
+    const std::string shown = printable(stage);
+    const std::string line =
+        fmt::format("{}{}", first_columns(shown, room - std::min(room, time.size())), time);
     const std::size_t columns = display_width(line);
     // In one piece, and only what is left over of the old line is blanked: so nothing flickers.
     std::string text = "\r" + line;

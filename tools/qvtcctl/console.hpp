@@ -16,8 +16,8 @@ void write_error(std::string_view text);
 /// Why something that was written to standard output did not arrive; empty while everything did.
 std::string lost_output();
 
-/// Shows the progress of a longer operation: on a tty one line that is rewritten, elsewhere one
-/// line for each new stage, and nothing at all when it is switched off.
+/// Shows the progress of a longer operation: on a tty one line that is rewritten, cut where it does
+/// not fit; elsewhere one line for each new stage; and nothing at all when it is switched off.
 class Progress {
   public:
     explicit Progress(bool switched_on);

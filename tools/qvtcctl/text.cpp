@@ -72,6 +72,16 @@ std::size_t width_of(char32_t code) {
     return within(wide_ranges, code) ? 2 : 1;
 }
 
+/// What a tty does with the first character of a text.
+struct Step {
+    std::size_t bytes;
+    std::size_t columns;
+};
+Step step_into(std::string_view text) {
+    const std::optional<Utf8Character> next = first_character(text);
+    return next ? Step{next->bytes, width_of(next->code)} : Step{1, 1};
+}
+
 } // namespace
 
 std::optional<Utf8Character> first_character(std::string_view text) {
@@ -130,11 +140,22 @@ std::string printable_lines(std::string_view text) {
 std::size_t display_width(std::string_view text) {
     std::size_t width = 0;
     while (!text.empty()) {
-        const std::optional<Utf8Character> next = first_character(text);
-        width += next ? width_of(next->code) : 1;
-        text.remove_prefix(next ? next->bytes : 1);
+        const Step next = step_into(text);
+        width += next.columns;
+        text.remove_prefix(next.bytes);
     }
     return width;
+}
+
+std::string_view first_columns(std::string_view text, std::size_t columns) {
+    std::size_t taken = 0;
+    while (taken < text.size()) {
+        const Step next = step_into(text.substr(taken));
+        if (next.columns > columns) break;
+        columns -= next.columns;
+        taken += next.bytes;
+    }
+    return text.substr(0, taken);
 }
 
 std::vector<std::string_view> split_lines(std::string_view text) {

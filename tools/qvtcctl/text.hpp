@@ -36,6 +36,9 @@ std::string printable_lines(std::string_view text);
 /// combining one.
 std::size_t display_width(std::string_view text);
 
+/// As much of the text as a tty shows in so many columns.
+std::string_view first_columns(std::string_view text, std::size_t columns);
+
 std::vector<std::string_view> split_lines(std::string_view text);
 
 bool is_blank(std::string_view text);

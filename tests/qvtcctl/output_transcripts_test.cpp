@@ -100,6 +100,23 @@ TEST(QvtcctlTranscript, ADamagedDocumentIsNotTakenForAWholeOne) {
     transcript.expect("document_damaged");
 }
 
+// An interrupted rewrite in place leaves half a document, and the whole one beside it or in /run.
+TEST(QvtcctlTranscript, ADocumentThatIsBeingRewrittenIsNotDamaged) {
+    Transcript transcript;
+    transcript.run("qvtcctl connection add rdp name=a serverAddress=10.0.0.5")
+        .run("cd /home/root; cp vpclientData.xml .vpclientData.xml.qvtc-kept; "
+             "echo half >vpclientData.xml; qvtcctl connection list")
+        .run("mv /home/root/.vpclientData.xml.qvtc-kept "
+             "'/run/.home!root!vpclientData.xml.qvtc-kept'; qvtcctl connection list")
+        .run("mv /home/root/vpclientData.xml /home/root/half; mv "
+             "'/run/.home!root!vpclientData.xml.qvtc-kept'"
+             " /home/root/.half.qvtc-kept; ln -s half /home/root/vpclientData.xml; "
+             "qvtcctl connection list")
+        .run("qvtcctl connection set 32 name=b; rm -f /home/root/.half.qvtc-kept; "
+             "qvtcctl connection list");
+    transcript.expect("document_rewritten");
+}
+
 TEST(QvtcctlTranscript, AnImportRepairsTheDocument) {
     Transcript transcript;
     transcript.run("qvtcctl connection add rdp name=a serverAddress=10.0.0.5")

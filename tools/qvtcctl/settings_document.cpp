@@ -4,6 +4,7 @@
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/text.hpp"
 
+#include <algorithm>
 #include <climits>
 #include <filesystem>
 #include <memory>
@@ -65,13 +66,35 @@ DocumentFault damaged(const std::string& why) {
 
 std::optional<DocumentFault> fault_in_text(const std::string& text) {
     if (text.empty()) return std::nullopt; // the next change begins it
-    if (text.size() > INT_MAX) return unreadable("it is too large");
     const std::string why = parse_error(text);
     const std::string root = root_name(text);
     if (root == root_element) return why.empty() ? std::nullopt : std::optional(damaged(why));
     if (!why.empty()) return unreadable(why);
     return unreadable(
         fmt::format("its root element is \"{}\" and not \"{}\"", printable(root), root_element));
+}
+
+/// The document itself, where links lead to it.
+fs::path target_of_links() {
+    constexpr int most_links = 40; // as the kernel's own
+    fs::path target(settings_document);
+    std::error_code none;
+    for (int followed = 0; followed < most_links && fs::is_symlink(target, none); ++followed)
+        target = target.parent_path() / fs::read_symlink(target, none);
+    return target;
+}
+
+/// Whether the library keeps a complete copy, which it reads instead: it rewrites a document in
+/// place that it cannot replace, as one that is mounted there, and may have been interrupted.
+bool is_kept_elsewhere() {
+    constexpr std::string_view kept = ".qvtc-kept";
+    const fs::path target = target_of_links();
+    std::string flat = target.relative_path();
+    std::replace(flat.begin(), flat.end(), '/', '!');
+    std::error_code none;
+    return fs::exists(target.parent_path() / fmt::format(".{}{}", target.filename().string(), kept),
+                      none) ||
+           fs::exists(fmt::format("/run/.{}{}", flat, kept), none);
 }
 
 /// The first of the names NAME.damaged, NAME.damaged-2, ... that is free.
@@ -89,9 +112,11 @@ std::optional<DocumentFault> fault_in_settings_document() {
     std::error_code ignored;
     if (geteuid() != 0 || fs::is_character_file(path, ignored)) return std::nullopt;
     const InputFile file(path);
-    if (file.is_missing()) return std::nullopt;
+    if (file.is_missing() || is_kept_elsewhere()) return std::nullopt;
     if (!file.is_open()) return unreadable(file.fault());
-    return fault_in_text(file.read_from(0, file.size()));
+    if (file.size() > INT_MAX) return unreadable("it is too large");
+    const std::optional<DocumentFault> fault = fault_in_text(file.read_from(0, file.size()));
+    return is_kept_elsewhere() ? std::nullopt : fault; // perhaps since then
 }
 
 std::string set_unreadable_document_aside() {

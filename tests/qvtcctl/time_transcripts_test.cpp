@@ -1,4 +1,5 @@
 // Time, information and factory reset, as a person sees them who types the commands.
+#include "reset_programs.hpp"
 #include "support/support.hpp"
 #include "transcript.hpp"
 
@@ -108,21 +109,10 @@ TEST(QvtcctlTranscript, InformationThatCannotBeLookedUpIsUnknown) {
     transcript.expect("info_unknown");
 }
 
-/// What a factory reset runs.
-struct ResetPrograms {
-    StandIn display{"/var/lib/ralo/display.sh"};
-    StandIn nmcli{"nmcli"};
-    StandIn aplay{"aplay"};
-    StandIn reboot{"reboot"};
-    StandIn killall{"killall"};
-    StandIn pulseaudio{"/usr/bin/pulseaudio"};
-    StandIn pacmd{"pacmd"};
-};
-
 TEST(QvtcctlTranscript, FactoryReset) {
-    const ResetPrograms programs;
+    const test::ResetPrograms programs;
     Transcript transcript;
-    transcript.run("qvtcctl factory-reset --plan | head -n 8")
+    transcript.run("qvtcctl factory-reset --plan")
         .run("qvtcctl connection add rdp name=office serverAddress=10.0.0.5")
         .run("qvtcctl connection add vnc name=lab serverAddress=10.0.0.6")
         .run("qvtcctl delay 20")
@@ -134,7 +124,7 @@ TEST(QvtcctlTranscript, FactoryReset) {
              "<tc_config_param_9>useNTP=off</tc_config_param_9>"
              "<networkconf-eth1>x</networkconf-eth1>&#' /home/root/vpclientData.xml; "
              "ip link add eth1 type veth peer name far1")
-        .run("qvtcctl factory-reset --plan | head -n 12");
+        .run("qvtcctl factory-reset --plan | head -n 13");
     transcript.run("qvtcctl delay").run("qvtcctl factory-reset --yes --json");
     EXPECT_EQ(programs.reboot.calls().size(), 1U);
     transcript.run("qvtcctl connection list").run("qvtcctl delay");
@@ -142,7 +132,7 @@ TEST(QvtcctlTranscript, FactoryReset) {
 }
 
 TEST(QvtcctlTranscript, AFactoryResetThatCannotBeStoredIsReported) {
-    const ResetPrograms programs;
+    const test::ResetPrograms programs;
     Transcript transcript;
     transcript.run("qvtcctl connection add rdp name=office serverAddress=10.0.0.5")
         .run("mount --bind /home/root /home/root && mount -o remount,bind,ro /home/root")

@@ -2,14 +2,14 @@
 #include "qvtcctl/confirmation.hpp"
 #include "qvtcctl/console.hpp"
 #include "qvtcctl/device.hpp"
+#include "qvtcctl/installed.hpp"
 #include "qvtcctl/json.hpp"
+#include "qvtcctl/reset_files.hpp"
 #include "qvtcctl/stored_setting.hpp"
 #include "qvtcctl/table.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
 #include "qvtcctl/verbs.hpp"
-
-#include <filesystem>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -71,19 +71,29 @@ bool has_wifi(Chatter chatter) {
     return answer && text_member(answer.get(), "status") == "1";
 }
 
-std::string wired_line() {
-    std::vector<std::string> ports;
-    for (const char* const port : {"eth0", "eth1"}) {
-        if (std::filesystem::exists(std::string("/sys/class/net/") + port))
-            ports.emplace_back(port);
-    }
-    return ports.empty() ? "" : fmt::format("sets {} to DHCP", fmt::join(ports, " and "));
+/// What the reset names the host after; an identity of one character names nothing.
+std::string naming_identity(Chatter chatter) {
+    std::string identity = stored_setting(setting_key::device_identity, chatter);
+    return identity.size() > 1 ? identity : "";
 }
 
 std::string host_name_line(Chatter chatter) {
-    // An identity of one character names nothing, as the reset has it.
-    const std::string identity = stored_setting(setting_key::device_identity, chatter);
-    return identity.size() > 1 ? "sets the host name to TC" + printable(identity) : "";
+    const std::string identity = naming_identity(chatter);
+    return identity.empty() ? "" : "sets the host name to TC" + printable(identity);
+}
+
+std::vector<ResetFile> touched_files(Chatter chatter) {
+    const Quiet quiet(chatter);
+    const Json information(qvgetsysinfo());
+    return reset_files({.names_host = !naming_identity(chatter).empty(),
+                        .leaves_hdmi = text_member(information.get(), "productKey") == "RX16"});
+}
+
+std::string files_text(Chatter chatter) {
+    std::vector<Row> rows{{"FILE", "WHAT BECOMES OF IT"}};
+    for (const ResetFile& file : touched_files(chatter))
+        rows.push_back({std::string(file.path), std::string(file.change)});
+    return layout(rows);
 }
 
 std::string kept_line(Chatter chatter) {
@@ -95,6 +105,9 @@ std::string kept_line(Chatter chatter) {
     keep(setting_key::extra_port, "the stored addresses of eth1");
     keep(setting_key::default_route, "the default route");
     keep(setting_key::date_and_time, "time zone and time server");
+    if (is_installed("qvplugin")) kept.emplace_back("the numbered store");
+    if (matches_a_file("/home/root/*.log.old")) kept.emplace_back("/home/root/*.log.old");
+    if (matches_a_file("/etc/x11vnc.pass")) kept.emplace_back("/etc/x11vnc.pass");
     return kept.empty() ? "" : fmt::format("keeps {}", fmt::join(kept, ", "));
 }
 
@@ -103,16 +116,17 @@ std::string plan_text(const Device& device, Chatter chatter) {
     std::vector<std::string> lines{connections_line(device)};
     if (has_manager_password(chatter)) lines.emplace_back("removes the manager password");
     if (has_wifi(chatter)) lines.emplace_back("forgets the wireless networks that were joined");
-    lines.push_back(wired_line());
+    lines.emplace_back("sets the wired ports to DHCP");
     lines.push_back(host_name_line(chatter));
-    lines.emplace_back("deletes the logs in /home/root and /root");
-    lines.emplace_back("mirrors all screens and sets up the sound");
+    lines.emplace_back("mirrors all screens, in automatic resolution");
+    lines.emplace_back("ends RDP sessions and sets up the sound");
     lines.push_back(kept_line(chatter));
-    lines.emplace_back("writes the settings below");
+    lines.emplace_back("writes the settings below, and writes or removes the files below them");
     std::erase(lines, "");
     std::string text = "A factory reset of this terminal\n";
     for (const std::string& line : lines) text += fmt::format("  - {};\n", line);
-    return text + fmt::format("  - restarts the terminal.\n\n{}\n", defaults_text());
+    return text + fmt::format("  - restarts the terminal.\n\n{}\n{}\n", defaults_text(),
+                              files_text(chatter));
 }
 
 void require_reset(const Device& device, const LogMark& log) {
@@ -121,7 +135,7 @@ void require_reset(const Device& device, const LogMark& log) {
     throw not_taken("the terminal restarts, but its factory settings were not stored", log);
 }
 
-Json plan_json(const Device& device) {
+Json plan_json(const Device& device, Chatter chatter) {
     Json plan = json_map();
     add_number(plan, "connectionsForgotten", static_cast<long>(count_of(device, true)));
     add_number(plan, "connectionsKept", static_cast<long>(count_of(device, false)));
@@ -129,6 +143,10 @@ Json plan_json(const Device& device) {
     for (const qvtc_factory_default& each : qvtc_factory_defaults)
         add(settings, each.key, shown_default(each.value));
     add(plan, "settings", std::move(settings));
+    Json files = json_map();
+    for (const ResetFile& file : touched_files(chatter))
+        add(files, std::string(file.path).c_str(), file.change);
+    add(plan, "files", std::move(files));
     return plan;
 }
 
@@ -138,7 +156,7 @@ const Argument plan_flag = flag("--plan", "only show what would be done");
 Answer run_factory_reset(const Request& request) {
     const Device device(request.chatter());
     Answer answer;
-    answer.json = plan_json(device);
+    answer.json = plan_json(device, request.chatter());
     const std::string plan = plan_text(device, request.chatter());
     if (request.has(plan_flag)) {
         answer.text = plan;

@@ -1,7 +1,8 @@
-/* A front-end in C11 that calls every function of the public header once. */
+/* A front-end in C11 that calls every function of the public headers once. */
 #include <json-c/json.h>
 #include <qvtcapi/factory_defaults.h>
 #include <qvtcapi/qvtcapi.h>
+#include <qvtcapi/settings.h>
 #include <qvtcapi/update.h>
 
 #include <stdio.h>
@@ -49,6 +50,15 @@ static void use_displays(void) {
     expect(qvsetuserportal("useUserportal=off") == 0, "qvsetuserportal");
     expect_json(qvgetuserportal(), "{\"useUserportal\":\"off\"}");
     expect(qvsetdemomode(1) == 1 && qvdemomode() == 1, "qvsetdemomode");
+}
+
+static void use_settings(void) {
+    char value[] = "a&b\\c";
+    char output[16] = "before";
+    expect(xmlread("configItem", "own", output) == -1 && strcmp(output, "before") == 0,
+           "xmlread of no value");
+    expect(xmlwrite("configItem", "own", value) == 0 && strcmp(value, "a%b|c") == 0, "xmlwrite");
+    expect(xmlread("configItem", "own", output) == 0 && strcmp(output, "a&b\\c") == 0, "xmlread");
 }
 
 int main(void) {
@@ -106,6 +116,7 @@ int main(void) {
     expect(qvsetdefaultroute(route) == 0, "qvsetdefaultroute");
     expect(qvgetdefaultroute() == NULL, "qvgetdefaultroute");
     use_displays();
+    use_settings();
     char value[8] = "before";
     expect(qvreaddb(90, value, sizeof value) == -2 && strcmp(value, "before") == 0, "qvreaddb");
     expect(qvwritedb(90, "hdxcamera=on") == 0, "qvwritedb");

@@ -136,6 +136,12 @@ class LastLines(unittest.TestCase):
             self.assertEqual(set(named) - functions, set(), name)
 
 
+class FrontEndInC(unittest.TestCase):
+    def test_it_calls_every_declared_function(self):
+        called = set(re.findall(r"\b(\w+)\(", read("tests/abi/front_end_in_c.c")))
+        self.assertEqual([name for name in declared() if name not in called], [])
+
+
 class Names(unittest.TestCase):
     maxDiff = None
 

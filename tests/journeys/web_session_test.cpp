@@ -72,6 +72,29 @@ TEST_F(WebSession, ControlSaysWhyThePageIsNotThere) {
     EXPECT_NE(output.text.find("Connection 288 (page): failed"), std::string::npos) << output.text;
 }
 
+// The running browser opens it in another tab, and goes on showing the first one.
+TEST_F(WebSession, ControlTellsTheTabsOfOneBrowserApart) {
+    start_web_server("8080");
+    store_record(QVTC_TYPE_WEB, {{"name", "page"}, {"serverAddress", "http://127.0.0.1:8080/"}});
+    store_record(QVTC_TYPE_WEB, {{"name", "lost"}, {"serverAddress", "http://localhost:8099/"}});
+    const auto control = [](const std::string& words) {
+        return output_of(QVTC_CONTROL " " + words + " 2>&1");
+    };
+    ASSERT_EQ(control("launch --wait 288").status, 0);
+    const Output second = control("launch --wait 289");
+    EXPECT_EQ(second.status, 4) << second.text;
+    EXPECT_NE(second.text.find("and shows the page in another tab."), std::string::npos)
+        << second.text;
+    EXPECT_EQ(control("status 288").text, "Connection 288 (page): connected\n");
+    EXPECT_TRUE(control("status 289").text.starts_with("Connection 289 (lost): failed\n"));
+    const Output alone = control("launch --wait --end-others 288");
+    EXPECT_EQ(alone.status, 0) << alone.text;
+    EXPECT_EQ(control("status 289").text, "Connection 289 (lost): not running\n"
+                                          "  Another web connection's client is running.\n");
+    EXPECT_EQ(control("cancel 288").status, 0);
+    EXPECT_EQ(control("status 288").text, "Connection 288 (page): not running\n");
+}
+
 TEST_F(WebSession, ControlSaysThatTheCertificateIsNotTrusted) {
     output_of("openssl req -x509 -newkey rsa:2048 -nodes -keyout /tmp/key.pem -out /tmp/cert.pem "
               "-subj /CN=127.0.0.1 -days 2 2>&1; setsid openssl s_server -quiet -www -accept 8443 "

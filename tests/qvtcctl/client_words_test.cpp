@@ -133,6 +133,13 @@ TEST(QvtcctlClientWords, ABrowsersPageIsFoundByItsHost) {
     EXPECT_FALSE(is_found("http://intranet/", "http://other/intranet/"));
 }
 
+TEST(QvtcctlClientWords, ABrowsersReportIsToldFromOthers) {
+    const std::string mine = opens("1", page);
+    const std::string others = "[Parent 123: Main Thread]: I/BCWebProgress x\nno report\n";
+    EXPECT_EQ(report_of({{5, {}, {}}, {23, {}, {}}}, others + mine + others), mine);
+    EXPECT_EQ(report_of({}, mine), "");
+}
+
 TEST(QvtcctlClientWords, APageThatNoServerHasIsJudgedByItsWindow) {
     const std::string log = opens("1", "http://other/");
     EXPECT_EQ(words_about(web, with_address("file:///srv/start.html"), log), log);

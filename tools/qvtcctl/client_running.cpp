@@ -385,9 +385,10 @@ const Verb verbs::launch{
     .name = "launch",
     .summary = "Start a connection's client",
     .description = "Starts the client of a stored connection. A running RDP, Horizon or VNC "
-                   "client is ended first. SPICE and web clients go on running, with a note, "
-                   "unless --end-others is given: two SPICE windows lie one over the other, and "
-                   "a browser shows the new page in another tab. With --wait it shows the "
+                   "client is ended first, and so is a browser whose process is called firefox. "
+                   "Other browsers and SPICE clients go on running, with a note, unless "
+                   "--end-others is given: two SPICE windows lie one over the other, and a "
+                   "browser shows the new page in another tab. With --wait it shows the "
                    "progress until the client is connected, has failed, or the time is over. "
                    "\"Connected\" means that the client says so in its log or, where it says "
                    "nothing, that its window is there and stays. A slow client has not failed: "

@@ -138,6 +138,19 @@ std::string without_words_of(const std::vector<Process>& others, std::string_vie
     return kept;
 }
 
+std::string report_of(const std::vector<Process>& browsers, std::string_view log) {
+    std::string report;
+    for (const std::string_view line : split_lines(log)) {
+        const std::string_view writer = between(line, "[Parent ", ":,");
+        const bool theirs =
+            std::any_of(browsers.begin(), browsers.end(), [&](const Process& browser) {
+                return writer == std::to_string(browser.pid);
+            });
+        if (theirs) report += fmt::format("{}\n", line);
+    }
+    return report;
+}
+
 std::string words_about(const ConnectionType& type, const Record& record, std::string_view log) {
     const auto server = type.number == QVTC_TYPE_WEB ? server_of(type, record) : std::nullopt;
     return server ? page_words(log, server->host) : std::string(log);

@@ -33,6 +33,9 @@ bool asked_to_talk(const ConnectionType& type, const std::vector<Process>& clien
 /// The log without the lines that name one of these processes as their writer.
 std::string without_words_of(const std::vector<Process>& others, std::string_view log);
 
+/// The lines of a browser's report that come from one of these processes.
+std::string report_of(const std::vector<Process>& browsers, std::string_view log);
+
 /// The lines of a log that are about this connection: a browser also tells of other pages, so
 /// these are the ones of the tab in which the connection's page was opened last. Other clients
 /// have one connection only.

@@ -116,16 +116,36 @@ bool can_have_had_session(const ConnectionType& type, std::string_view words) {
     return log.st_mtim.tv_sec - start >= shortest_session;
 }
 
-/// Those of the clients that serve the connection. A browser that runs already takes every further
-/// page, so that its arguments are those of the first one.
+std::string log_of(const ConnectionType& type) {
+    return type.log.empty() ? "" : file_tail(std::string(type.log), log_limit);
+}
+
+/// Whether a browser has opened the connection's page, of which its report tells. Its arguments are
+/// those of its first page; it takes every further one while it runs.
+bool has_opened(const Process& browser, const ConnectionType& type, const Record& record,
+                const std::string& log) {
+    return is_web(type) && !words_about(type, record, report_of({browser}, log)).empty();
+}
+
+/// Those of the clients that serve the connection.
 std::vector<Process> clients_of(const ConnectionType& type, const Record& record,
-                                std::vector<Process> clients, std::optional<unsigned> last) {
-    if (is_web(type) && last) {
-        if (last != record.id()) clients.clear();
-        return clients;
-    }
-    std::erase_if(clients, [&](const Process& client) { return !serves(client, type, record); });
+                                std::vector<Process> clients, std::optional<unsigned> last,
+                                const std::string& log) {
+    if (is_web(type) && last == record.id()) return clients;
+    std::erase_if(clients, [&](const Process& client) {
+        return !serves(client, type, record) && !has_opened(client, type, record, log);
+    });
     return clients;
+}
+
+/// What the clients of a connection have written since its launch. All clients of a kind write into
+/// one log, where only the last launch's words can be told from those before; only a browser's
+/// report names the page as well.
+std::string own_words_in(const std::string& log, const ConnectionType& type,
+                         const std::vector<Process>& clients, const std::vector<Process>& others,
+                         bool launched_last) {
+    if (launched_last) return without_words_of(others, since_last_start(log));
+    return is_web(type) ? report_of(clients, log) : "";
 }
 
 /// How a connection stands. Where a session of it has been seen, its end is no failed beginning.
@@ -133,21 +153,18 @@ Standing look_for_standing(const Device& device, const ConnectionType& type, con
                            bool session_seen) {
     const std::vector<Process> all = running_clients(type);
     const std::optional<unsigned> last = last_launched(type);
-    const std::vector<Process> clients = clients_of(type, record, all, last);
+    const std::string log = log_of(type);
+    const std::vector<Process> clients = clients_of(type, record, all, last, log);
     const std::vector<Process> others = without(all, clients);
-    // All clients of a kind write into one log, where only the last launch's words can be told
-    // from those before.
-    const bool own_words = last ? last == record.id() : !clients.empty();
-    const std::string log = type.log.empty() ? "" : file_tail(std::string(type.log), log_limit);
-    const std::string words =
-        own_words ? without_words_of(others, since_last_start(log)) : std::string();
+    const bool launched_last = last ? last == record.id() : !clients.empty();
+    const std::string words = own_words_in(log, type, clients, others, launched_last);
     const Look look = look_at(device, type, record, clients, words);
     Standing standing;
     standing.state = state_of(look);
     standing.window = look.window;
     standing.other_runs = !others.empty();
     if (clients.empty()) standing.storage_fault = log_fault(type);
-    if (!own_words) return standing;
+    if (!launched_last && words.empty()) return standing;
     standing.last_words = explain_words(device, type, record, words);
     if (!session_seen && !can_have_had_session(type, words)) {
         standing.last_words = never_began(std::move(standing.last_words));
@@ -203,7 +220,7 @@ LaunchOutcome launch_and_follow(const Device& device, const ConnectionType& type
 }
 
 std::vector<Process> clients_of(const ConnectionType& type, const Record& record) {
-    return clients_of(type, record, running_clients(type), last_launched(type));
+    return clients_of(type, record, running_clients(type), last_launched(type), log_of(type));
 }
 
 Standing standing_of(const Device& device, const ConnectionType& type, const Record& record) {

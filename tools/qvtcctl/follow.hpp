@@ -36,7 +36,9 @@ struct Standing {
     Sight window = Sight::unknown;            ///< looked for only while the client runs
     Logon logon = Logon::unknown;             ///< asked for only when it is shown
     std::optional<std::string> storage_fault; ///< looked for only while no client runs
-    Explanation last_words; ///< of its last launch; empty when another one of its kind was later
+    /// Of its last launch; empty when another one of its kind was later, unless a browser's report
+    /// tells of its page.
+    Explanation last_words;
 };
 Standing standing_of(const Device& device, const ConnectionType& type, const Record& record);
 

@@ -125,6 +125,18 @@ TEST(QvtcctlClientLog, ASessionThatHasNotBegunWasNotLoggedOff) {
     EXPECT_EQ(never_began(other).means, other.means);
 }
 
+TEST(QvtcctlClientLog, AClientThatEndsTellsWhetherItHadASession) {
+    const std::string ended =
+        "[ERROR][com.freerdp.core] - rdp_set_error_info:freerdp_set_last_error_ex "
+        "ERRINFO_LOGOFF_BY_USER [0x0001000C]\n";
+    const std::string told = "[INFO][com.freerdp.core] - ERRINFO_LOGOFF_BY_USER (0x0000000C)\n";
+    const std::string picture =
+        "[INFO][com.freerdp.gdi] - Local framebuffer format  PIXEL_FORMAT_BGRX32\n";
+    EXPECT_EQ(had_session(ended + picture + told), true);
+    EXPECT_EQ(had_session(ended + told), false);
+    EXPECT_EQ(had_session(ended), std::nullopt);
+}
+
 TEST(QvtcctlClientLog, OnlyItsOwnClientsWordsNameAFailure) {
     struct Case {
         std::string_view type, log;

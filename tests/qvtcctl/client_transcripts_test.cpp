@@ -203,6 +203,25 @@ TEST(QvtcctlTranscript, LaunchOfAClientThatSaysNothingUseful) {
     transcript.run(add_office).run("qvtcctl launch 32 --wait").expect("launch_unexplained");
 }
 
+// The client's own account counts, and neither how long it took nor whether a look fell into the
+// session: the first start here was long ago, the second one just now.
+TEST(QvtcctlTranscript, ASessionThatHasEndedIsKnownByTheClientsAccount) {
+    const Screen screen;
+    StandIn client("xfreerdp");
+    const std::string end =
+        "[09:00:02:100] [21:22] [INFO][com.freerdp.core] - ERRINFO_LOGOFF_BY_USER (0x0000000C)\n";
+    client.runs(ending_client(end));
+    Transcript transcript;
+    transcript.run(add_office)
+        .run("qvtcctl launch 32 --wait >/dev/null")
+        .run("sed -i '1s/[0-9]*]/1]/' /home/root/freerdp.log; qvtcctl status 32");
+    client.runs(ending_client(
+        "[09:00:01:100] [21:22] [INFO][com.freerdp.gdi] - Local framebuffer format  BGRX32\n" +
+        end));
+    transcript.run("qvtcctl launch 32 --wait >/dev/null").run("qvtcctl status 32");
+    transcript.expect("session_ended");
+}
+
 TEST(QvtcctlTranscript, LaunchWhoseTimeIsOver) {
     StandIn client("xfreerdp");
     client.keeps_running();

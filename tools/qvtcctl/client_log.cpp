@@ -165,6 +165,12 @@ Explanation never_began(Explanation told) {
     return told;
 }
 
+std::optional<bool> had_session(std::string_view log) {
+    // The client keeps what is no error until its end, and then writes it all.
+    if (!holds(log, "[INFO][com.freerdp.")) return std::nullopt;
+    return holds(log, "framebuffer format"); // of the window that it makes for a session
+}
+
 bool names_failure(const ConnectionType& type, std::string_view log) {
     for (const ClientWords& success : success_words) {
         const std::size_t at = log.rfind(success.words);

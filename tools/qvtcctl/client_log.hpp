@@ -3,6 +3,7 @@
 #include "qvtcctl/server_address.hpp"
 #include "qvtcctl/types.hpp"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +34,10 @@ Explanation explain(const ConnectionType& type, unsigned id, std::string_view lo
 /// The same failure of a session that had not begun: then what is said of its end is not to be
 /// taken at its word.
 Explanation never_began(Explanation told);
+
+/// Whether an RDP client had a session, by its log since its start; nothing when the log does not
+/// tell, as that of a client which was killed.
+std::optional<bool> had_session(std::string_view log);
 
 /// Whether the log since the client's start ends in words of this very type's client for a failure.
 bool names_failure(const ConnectionType& type, std::string_view log);

@@ -108,6 +108,7 @@ Explanation explain_words(const Device& device, const ConnectionType& type, cons
 /// Whether a client of which nobody has watched the start can have had a session: one whose last
 /// words came right after its start mark, "[SECONDS]start to connect...", has had none.
 bool can_have_had_session(const ConnectionType& type, std::string_view words) {
+    if (const std::optional<bool> told = had_session(words)) return *told;
     constexpr std::int64_t shortest_session = 3;
     std::int64_t start = 0;
     struct stat log {};
@@ -209,7 +210,9 @@ LaunchOutcome launch_and_follow(const Device& device, const ConnectionType& type
             if (!outcome.explanation.known && before.storage) {
                 outcome.explanation = explain_storage(*before.storage);
             }
-            if (!window_seen) outcome.explanation = never_began(std::move(outcome.explanation));
+            if (!window_seen && !had_session(words).value_or(false)) {
+                outcome.explanation = never_began(std::move(outcome.explanation));
+            }
             return outcome;
         }
         outcome.timed_out = look.since_launch >= timeout;

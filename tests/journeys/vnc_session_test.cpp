@@ -1,6 +1,5 @@
 // VNC sessions with the real viewer, TigerVNC's, and a real server.
 #include "desktop.hpp"
-#include "faulty_server.hpp"
 #include "records.hpp"
 #include "servers.hpp"
 #include "support/support.hpp"
@@ -136,47 +135,6 @@ TEST_F(VncSession, DeliberatelyFailsForTheWatcherWithoutTheWordInItsWindow) {
     EXPECT_EQ(output_of(QVTC_CONTROL " cancel 224").text,
               "Ended the client of connection 224 (lab).\n");
     EXPECT_FALSE(has_window("TigerVNC"));
-}
-
-/// The server of another maker, TigerVNC's own.
-class TigerVncServer : public Journey {
-  protected:
-    void SetUp() override {
-        QVTC_NEED_PROGRAM("vncviewer");
-        QVTC_NEED_PROGRAM("Xtigervnc");
-        Journey::SetUp();
-    }
-
-    /// Serves a screen at port 5917; options are those of Xtigervnc, in shell text.
-    static void serve(const std::string& options) {
-        output_of("setsid Xtigervnc :17 -rfbport 5917 -localhost -desktop work " + options +
-                  " >/tmp/vnc-server.log 2>&1 </dev/null &");
-        ASSERT_TRUE(wait_until([] { return answers("5917"); }, patience))
-            << read_file("/tmp/vnc-server.log");
-    }
-};
-
-TEST_F(TigerVncServer, WithItsUsualSecurityAsksForAPassword) {
-    ASSERT_EQ(output_of("echo secret1 | vncpasswd -f >/tmp/password").status, 0);
-    serve("-rfbauth /tmp/password");
-    store_record(QVTC_TYPE_VNC, {{"name", "lab"}, {"serverAddress", "127.0.0.1::5917"}});
-    const Output output = output_of(QVTC_CONTROL " launch --wait --timeout 4 224 2>&1");
-    EXPECT_EQ(output.status, 5) << output.text;
-    EXPECT_NE(output.text.find("the client asks for the password"), std::string::npos);
-    EXPECT_NE(read_file(viewer_log).find("Choosing security type TLSVnc"), std::string::npos);
-    EXPECT_EQ(output_of(QVTC_CONTROL " status 224").text,
-              "Connection 224 (lab): the client asks for the password on the terminal's screen\n");
-}
-
-// Longer than the library's watcher waits.
-TEST_F(TigerVncServer, ThatIsSlowIsWaitedFor) {
-    serve("-SecurityTypes None");
-    const FaultyServer slow(relay_late("5917", std::chrono::seconds(11)));
-    store_record(QVTC_TYPE_VNC, {{"name", "lab"}, {"serverAddress", "127.0.0.1::" + slow.port()}});
-    const Output output = output_of(QVTC_CONTROL " launch --wait 224 2>&1");
-    EXPECT_EQ(output.status, 0) << output.text;
-    EXPECT_EQ(watchers_verdict(), verdict_failed);
-    output_of(QVTC_CONTROL " cancel");
 }
 
 } // namespace

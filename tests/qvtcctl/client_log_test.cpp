@@ -75,6 +75,8 @@ TEST(QvtcctlClientLog, TheClientsNameForItIsTheWholeWord) {
     EXPECT_EQ(explain(rdp, 33, "STATUS_ACCOUNT_LOCKED_OUT", "").words, "STATUS_ACCOUNT_LOCKED_OUT");
     EXPECT_EQ(explain(rdp, 33, "Failed at index 1 [/t:my]: Invalid sigil", "").words,
               "Invalid sigil");
+    EXPECT_EQ(explain(*find_type("vnc"), 224, "Authentication failure: no", "").words,
+              "Authentication failure");
 }
 
 TEST(QvtcctlClientLog, TheLibrarysReasonHelpsWhenTheLogDoesNot) {

@@ -308,8 +308,15 @@ TEST(QvtcctlTranscript, AViewerHasFailedWhenItSaysSo) {
 TEST(QvtcctlTranscript, AViewerThatDoesNotUnderstandTheCommandEnds) {
     const Screen screen;
     StandIn client("vncviewer");
-    client.runs("echo 'TightVNC Viewer version 1.3.10'; echo\n"
-                "echo 'Usage: vncviewer [<OPTIONS>] [<HOST>][:<DISPLAY#>]'; exit 1");
+    client.runs("cat >&2 <<'TEXT'\n"
+                "TightVNC Viewer version 1.3.10\n"
+                "\n"
+                "Usage: vncviewer [<OPTIONS>] [<HOST>][:<DISPLAY#>]\n"
+                "       vncviewer [<OPTIONS>] [<HOST>][::<PORT#>]\n"
+                "       vncviewer [<OPTIONS>] -listen [<DISPLAY#>]\n"
+                "       vncviewer -help\n"
+                "TEXT\n"
+                "exit 1");
     Transcript transcript;
     transcript.run(add_lab).run("qvtcctl launch 224 --wait >/dev/null").expect("viewer_usage");
 }

@@ -98,7 +98,9 @@ TEST(QvtcctlFailureReasons, RealLogsAreUnderstood) {
          "[ERROR][com.freerdp.core] - ERRCONNECT_CONNECT_CANCELLED [0x0002000B]",
          "The server took too long to start the session."},
         {"vnc",
-         "TightVNC Viewer version 1.3.10\n\nUsage: vncviewer [<OPTIONS>] [<HOST>][:<DISPLAY#>]\n",
+         "TightVNC Viewer version 1.3.10\n\nUsage: vncviewer [<OPTIONS>] [<HOST>][:<DISPLAY#>]\n"
+         "        -passwd <PASSWD-FILENAME> (standard VNC authentication)\n"
+         "Option names may be abbreviated, e.g. -bgr instead of -bgr233.\n",
          "The viewer did not understand its command line, which is one for TigerVNC's viewer."},
         {"rdp", "sh: line 1: xfreerdp: command not found", "The client program is not installed."},
         {"vnc", "sh: 1: vncviewer: not found", "The client program is not installed."},
@@ -107,6 +109,10 @@ TEST(QvtcctlFailureReasons, RealLogsAreUnderstood) {
          "off."},
         {"vnc", "Authentication failure: password check failed!",
          "The server refused the password."},
+        {"vnc", "CConn:       Authentication failure: The server is not configured properly",
+         "The server cannot check passwords, because it has none of its own."},
+        {"vnc", "CConn:       Authentication failure: Too many security failures",
+         "The server lets nobody in for a while, because there were too many wrong passwords."},
         {"spice", "main channel: auth failure (wrong username/password?)",
          "The server refused the password."},
         {"spice",

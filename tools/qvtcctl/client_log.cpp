@@ -61,14 +61,15 @@ bool holds(std::string_view text, std::string_view words) {
     return text.find(words) != std::string_view::npos;
 }
 
-/// The client's own name for it: the whole word around the words of the row.
+/// The client's own name for it: the words of the row, and the rest of the words that these cut.
 std::string own_name(std::string_view text, std::string_view words) {
-    constexpr std::string_view letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ_0123456789";
-    if (words.find_first_not_of(letters) != std::string_view::npos) return std::string(words);
+    constexpr std::string_view letters =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_0123456789";
     const std::size_t at = text.find(words);
-    const std::size_t before = text.find_last_not_of(letters, at);
+    const std::size_t before = text.substr(0, at).find_last_not_of(letters);
     const std::size_t begin = before == std::string_view::npos ? 0 : before + 1;
-    return std::string(text.substr(begin, text.find_first_not_of(letters, at) - begin));
+    const std::size_t end = text.find_first_not_of(letters, at + words.size());
+    return std::string(text.substr(begin, end - begin));
 }
 
 std::string with_id(std::string_view advice, unsigned id) {

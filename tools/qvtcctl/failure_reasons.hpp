@@ -28,6 +28,10 @@ inline constexpr auto failure_reasons = [] {
     constexpr std::string_view set_port = "Set it: \"qvtcctl connection set {id} port=PORT\".";
     constexpr std::string_view start_again = "Nothing to mend: \"qvtcctl launch {id}\" starts it again.";
     constexpr std::string_view trust = "Install the certificate of the authority that issued it in the browser, and use the name that it was issued for.";
+    // A stored password would not reach the viewer as one.
+    constexpr std::string_view enter_another = "Enter the right one in the viewer's window: \"qvtcctl launch {id}\" opens it again.";
+    constexpr std::string_view too_many_tries = "The server lets nobody in for a while, because there were too many wrong passwords.";
+    constexpr std::string_view wait_a_minute = "Wait a minute, then try again: \"qvtcctl launch {id} --wait\".";
     constexpr std::string_view error_page = "LOCATION_CHANGE_ERROR_PAGE";
     return std::to_array<FailureReason>({
         // Before there is a connection.
@@ -111,8 +115,11 @@ inline constexpr auto failure_reasons = [] {
         {spice, "Missing port or tls-port", "", "The viewer opened no connection, because it was given no port.", set_port},
         {spice, "main channel: failed to connect", "failed to connect \n", "The viewer opened no connection and names no reason. Probably the port is missing.", set_port},
         {spice, "main channel: failed to connect", "", "The server could not be reached.", check_address},
-        {vnc, "uthentication failure", "", "The server refused the password.", "Check it: \"qvtcctl connection set {id} --password\"."},
-        {vnc, "password check failed", "", "The server refused the password.", "Check it: \"qvtcctl connection set {id} --password\"."},
+        {vnc, "Too many security failures", "", too_many_tries, wait_a_minute},
+        {vnc, "Too many authentication failures", "", too_many_tries, wait_a_minute},
+        {vnc, "The server is not configured properly", "", "The server cannot check passwords, because it has none of its own.", ask_server},
+        {vnc, "uthentication failure", "", "The server refused the password.", enter_another},
+        {vnc, "password check failed", "", "The server refused the password.", enter_another},
         {vnc, "Usage: vncviewer", "", "The viewer did not understand its command line, which is one for TigerVNC's viewer.", "Install TigerVNC's viewer as \"vncviewer\" on the terminal's image."},
         {web, "NS_ERROR_UNKNOWN_HOST", error_page, "The server's name could not be found.", "Check serverAddress, and the terminal's name server."},
         {web, "NS_ERROR_CONNECTION_REFUSED", error_page, "Nothing answered at the server's port. Probably it is closed, or the server is switched off.", check_address},

@@ -99,6 +99,27 @@ TEST_F(LongLog, DeliberatelyCountsAsConnected) {
     EXPECT_EQ(status, "1");
 }
 
+class SilentServer : public Journey {};
+
+// The client gives up then, and calls that a cancelled connection too.
+TEST_F(SilentServer, IsToldAsOneThatTookTooLong) {
+    const FaultyServer server(fall_silent);
+    store_record({{"name", "desk"},
+                  {"serverAddress", "127.0.0.1"},
+                  {"colorDepth", "32"},
+                  {"useCustomRDPPort", "on"},
+                  {"rdpPort", server.port()}});
+    const std::string meaning =
+        "  What it means:   The server took too long to start the session.\n";
+    const Output launched = output_of(QVTC_CONTROL " launch 32 --wait 2>&1");
+    EXPECT_EQ(launched.status, 4);
+    EXPECT_NE(launched.text.find("failed.\n" + meaning), std::string::npos) << launched.text;
+    EXPECT_NE(client_words().find("Timeout waiting for activation"), std::string::npos);
+    EXPECT_NE(client_words().find("ERRCONNECT_CONNECT_CANCELLED"), std::string::npos);
+    const Output status = output_of(QVTC_CONTROL " status 32");
+    EXPECT_NE(status.text.find(meaning), std::string::npos) << status.text;
+}
+
 INSTANTIATE_TEST_SUITE_P(Rdp, FailedLaunch, testing::ValuesIn(failures),
                          [](const auto& test) { return std::string(test.param.name); });
 

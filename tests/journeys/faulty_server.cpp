@@ -24,9 +24,10 @@ namespace {
 
 using Bytes = std::basic_string<unsigned char>;
 
-// The server's answers to the first request: a failure, and the choice of NLA.
+// The server's answers to the first request: a failure, and the choices of TLS and of NLA.
 const Bytes no_such_protocol = {3, 0, 0, 0x13, 0x0e, 0xd0, 0, 0, 0x12, 0x34,
                                 0, 3, 0, 8,    0,    5,    0, 0, 0};
+const Bytes tls_only = {3, 0, 0, 0x13, 0x0e, 0xd0, 0, 0, 0x12, 0x34, 0, 2, 0, 8, 0, 1, 0, 0, 0};
 const Bytes logon_first = {3, 0, 0, 0x13, 0x0e, 0xd0, 0, 0, 0x12, 0x34, 0, 2, 0, 8, 0, 2, 0, 0, 0};
 
 struct Free {
@@ -166,8 +167,18 @@ void reset_connection(int socket) {
 }
 
 void say_nothing(int socket) {
-    char byte = 0;
-    while (read(socket, &byte, 1) > 0) continue;
+    std::array<unsigned char, 4096> block{};
+    ssize_t count = 0;
+    do {
+        count = recv(socket, block.data(), block.size(), 0);
+    } while (count > 0 || (count < 0 && errno == EAGAIN));
+}
+
+void fall_silent(int socket) {
+    read_some(socket);
+    send_bytes(socket, tls_only);
+    const std::unique_ptr<SSL, Free> connection = start_tls(socket);
+    say_nothing(socket);
 }
 
 FaultyServer::Behaviour refuse_logon(std::uint32_t status) {

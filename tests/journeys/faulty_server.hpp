@@ -38,6 +38,9 @@ void reset_connection(int socket);
 /// Lets the client talk, and says nothing until it gives up.
 void say_nothing(int socket);
 
+/// Takes TLS, and says nothing from then on.
+void fall_silent(int socket);
+
 /// Goes as far as the logon and refuses it with this NTSTATUS.
 FaultyServer::Behaviour refuse_logon(std::uint32_t status);
 

@@ -13,6 +13,9 @@ TEST(QvtcctlClientLog, OnlyWhatFollowsTheLastStartCounts) {
     EXPECT_EQ(since_last_start("a\n[1]start to connect...\nb\n[22]start to connect...\nc\n"),
               "[22]start to connect...\nc\n");
     EXPECT_EQ(since_last_start("no start\n"), "no start\n");
+    EXPECT_EQ(since_last_start("[1]start to connect...\na\n[2]start to connect...\n", 1),
+              "[1]start to connect...\na\n[2]start to connect...\n");
+    EXPECT_EQ(since_last_start("[1]start to connect...\na\n", 5), "[1]start to connect...\na\n");
     // VNC's log has no marks; its viewer begins with a banner.
     EXPECT_EQ(since_last_start("\nTigerVNC Viewer 64-bit v1.12.0\n refused\n"
                                "\nTigerVNC Viewer 64-bit v1.12.0\n connected\n"),

@@ -349,6 +349,25 @@ TEST(QvtcctlTranscript, AnotherConnectionsFailureIsNotThisOnes) {
         .expect("own_failure");
 }
 
+// Its launcher writes a mark of the start into the log of SPICE's viewer.
+TEST(QvtcctlTranscript, AVncLaunchDoesNotEndTheWordsOfASpiceViewer) {
+    const Screen screen("machine\": (\"remote-viewer\" \"Remote-viewer\")", 0);
+    write_file("/tmp/asked", "");
+    StandIn spice("remote-viewer");
+    spice.runs("echo 'virt-viewer-DEBUG: main channel: auth failure (wrong password?)'; sleep 100");
+    StandIn vnc("vncviewer");
+    vnc.keeps_running();
+    Transcript transcript;
+    transcript.run("qvtcctl connection add spice name=machine serverAddress=10.0.0.7 port=5930")
+        .run(add_lab)
+        .run("qvtcctl launch 64 --wait >/dev/null 2>&1")
+        .run("qvtcctl launch 224; qvtcctl launch 224")
+        .run("qvtcctl status 64")
+        .run("qvtcctl cancel 64; qvtcctl status 64")
+        .run("grep -c start /home/root/spicec.log");
+    transcript.expect("spice_beside_vnc");
+}
+
 // SPICE's viewer is asked to talk, and its window is there before the connection is. What
 // is told meanwhile goes by the looks that fall in between, and is left out here.
 TEST(QvtcctlTranscript, ASpiceViewerIsBelievedWhenItSpeaks) {

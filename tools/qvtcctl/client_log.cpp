@@ -16,10 +16,15 @@ constexpr std::string_view start_words = "]start to connect...";
 constexpr std::string_view viewer_banner = "\nTigerVNC Viewer ";
 constexpr std::size_t most_lines = 3;
 
-std::size_t last_start(std::string_view log) {
+std::size_t last_start(std::string_view log, std::size_t foreign) {
     const std::size_t banner = log.rfind(viewer_banner);
     if (banner != std::string_view::npos) return banner;
-    const std::size_t words = log.rfind(start_words);
+    std::size_t words = log.rfind(start_words);
+    for (; foreign > 0 && words != std::string_view::npos; --foreign) {
+        const std::size_t earlier = log.substr(0, words).rfind(start_words);
+        if (earlier == std::string_view::npos) break;
+        words = earlier;
+    }
     if (words == std::string_view::npos) return std::string_view::npos;
     return log.rfind('[', words);
 }
@@ -138,8 +143,8 @@ Explanation unexplained(const ConnectionType& type, std::string_view log) {
 
 } // namespace
 
-std::string_view since_last_start(std::string_view log) {
-    const std::size_t start = last_start(log);
+std::string_view since_last_start(std::string_view log, std::size_t foreign) {
+    const std::size_t start = last_start(log, foreign);
     return start == std::string_view::npos ? log : log.substr(start);
 }
 

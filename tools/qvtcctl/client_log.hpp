@@ -12,8 +12,8 @@ namespace qvtc::qvtcctl {
 
 /// The client's words since its last start: the text from the last line
 /// "[SECONDS]start to connect..." on, or from the viewer's last banner, which is all that marks a
-/// start in VNC's log; the whole text when it holds neither.
-std::string_view since_last_start(std::string_view log);
+/// start in VNC's log; the whole text when it holds neither. The last "foreign" marks do not count.
+std::string_view since_last_start(std::string_view log, std::size_t foreign = 0);
 
 /// What is to be told about a failure.
 struct Explanation {

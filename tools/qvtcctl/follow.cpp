@@ -45,6 +45,12 @@ struct BeforeLaunch {
     Clock::time_point start;
 };
 
+/// The launcher of VNC's viewer writes its mark into the log of SPICE's.
+std::string_view since_own_start(const ConnectionType& type, std::string_view log) {
+    const bool shared = type.number == QVTC_TYPE_SPICE;
+    return since_last_start(log, shared ? launches_since(type, *find_type("vnc")) : 0);
+}
+
 /// The RDP launcher begins its log anew, if it can be written to; the others add to theirs. A
 /// client of the kind that still runs may write there too.
 std::string words_since_launch(const ConnectionType& type, const BeforeLaunch& before) {
@@ -52,7 +58,7 @@ std::string words_since_launch(const ConnectionType& type, const BeforeLaunch& b
     const std::string log =
         is_rdp(type) ? file_tail(std::string(type.log), log_limit) : before.client_log.added();
     return without_words_of(is_web(type) ? std::vector<Process>() : before.clients,
-                            since_last_start(log));
+                            since_own_start(type, log));
 }
 
 /// The clients that may serve the launch. A browser that ran before shows the new page itself, so
@@ -145,7 +151,7 @@ std::vector<Process> clients_of(const ConnectionType& type, const Record& record
 std::string own_words_in(const std::string& log, const ConnectionType& type,
                          const std::vector<Process>& clients, const std::vector<Process>& others,
                          bool launched_last) {
-    if (launched_last) return without_words_of(others, since_last_start(log));
+    if (launched_last) return without_words_of(others, since_own_start(type, log));
     return is_web(type) ? report_of(clients, log) : "";
 }
 

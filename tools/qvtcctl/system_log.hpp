@@ -39,6 +39,11 @@ std::string last_complaint(std::string_view text);
 std::optional<unsigned> last_launched(const ConnectionType& type, std::string_view log);
 std::optional<unsigned> last_launched(const ConnectionType& type);
 
+/// How often a connection of the other type has been launched since the last one of this type.
+std::size_t launches_since(const ConnectionType& type, const ConnectionType& other,
+                           std::string_view log);
+std::size_t launches_since(const ConnectionType& type, const ConnectionType& other);
+
 /// At most the last "limit" bytes of a file; empty when there is none. Refuses
 /// (ExitCode::not_done) what is no regular file or cannot be read.
 std::string file_tail(const std::string& path, std::uintmax_t limit);

@@ -31,10 +31,12 @@ TEST(QvtcctlRdpSecurity, IsReadFromTheAnswer) {
               (Negotiation{std::nullopt, 5}));
     EXPECT_EQ(negotiation_in("\x03\x00\x00\x0b\x06\xd0\x00\x00\x12\x34\x00"s),
               (Negotiation{old_rdp, 0}));
-    for (const std::string& bytes : {""s, "\x03"s, "HTTP/1.1 400 Bad Request\r\n"s, head,
-                                     head + "\x07\x00\x08\x00\x02\x00\x00\x00"s,
-                                     head + "\x02\x00\x08\x00\x02\x00\x00\x00\x00"s,
-                                     "\x03\x00\x00\x0b\x06\xe0\x00\x00\x12\x34\x00"s}) {
+    for (const std::string& bytes :
+         {""s, "\x03"s, "HTTP/1.1 400 Bad Request\r\n"s, head,
+          head + "\x07\x00\x08\x00\x02\x00\x00\x00"s, head + "\x02\x00\x08\x00\x03\x00\x00\x00"s,
+          head + "\x02\x00\x08\x00\x08\x00\x00\x00"s,
+          head + "\x02\x00\x08\x00\x02\x00\x00\x00\x00"s,
+          "\x03\x00\x00\x0b\x06\xe0\x00\x00\x12\x34\x00"s}) {
         EXPECT_EQ(negotiation_in(bytes), std::nullopt) << bytes;
     }
 }

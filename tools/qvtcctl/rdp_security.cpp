@@ -50,6 +50,8 @@ std::optional<Negotiation> negotiation_in(std::string_view bytes) {
     const std::uint32_t number = number_at(bytes, with_negotiation - 4);
     switch (bytes[without_negotiation]) {
     case chosen_kind:
+        // No other was asked for.
+        if (number != old_rdp && number != tls && number != nla) return std::nullopt;
         return Negotiation{number, 0};
     case refusal_kind:
         return Negotiation{std::nullopt, number};

@@ -27,6 +27,13 @@ constexpr std::size_t type_field = field_index("type");
     throw Refusal(ExitCode::bad_usage, message);
 }
 
+/// The last character of the comment that begins there, or of the text; the parser skips comments.
+std::size_t end_of_comment(std::string_view text, std::size_t at) {
+    const bool block = text[at + 1] == '*';
+    const std::size_t end = text.find(block ? "*/" : "\n", at + 2);
+    return end == std::string_view::npos ? text.size() - 1 : end + (block ? 1 : 0);
+}
+
 /// Objects and lists in the text: each costs the parser most of a kilobyte, however short it is.
 std::size_t containers_in(std::string_view text) {
     std::size_t count = 0;
@@ -38,6 +45,8 @@ std::size_t containers_in(std::string_view text) {
             if (c == quote) quote = 0;
         } else if (c == '"' || c == '\'') {
             quote = c;
+        } else if (text.substr(i).starts_with("/*") || text.substr(i).starts_with("//")) {
+            i = end_of_comment(text, i);
         } else if (c == '{' || c == '[') {
             ++count;
         }

@@ -66,7 +66,8 @@ std::string without_between(std::string_view command, std::string_view before,
 
 /// The text without the password of the URL's authority, "user:password@host", that it begins with.
 std::string without_users_password(std::string_view text) {
-    const std::string_view authority = text.substr(0, text.find_first_of(" \t\n/?#"));
+    // Not "?" and "#", which end it too. A password typed with one is still a password.
+    const std::string_view authority = text.substr(0, text.find_first_of(" \t\n/"));
     const std::size_t colon = authority.find(':');
     const std::size_t host = authority.rfind('@');
     if (host == std::string_view::npos || colon > host) return std::string(text);

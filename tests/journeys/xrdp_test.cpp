@@ -170,14 +170,19 @@ TEST_F(XrdpJourney, ASessionWasOneHoweverSoonItEnds) {
     QVTC_NEED(terminal_mode() == TerminalMode::root, "there is no second user here");
     QVTC_NEED_PROGRAM("Xvnc");
     ASSERT_EQ(output_of("useradd -m berta && echo berta:secret1 | chpasswd").status, 0);
-    const SessionManager manager("sleep 0.2");
+    const SessionManager manager("xsetroot -solid '#123456'\n"
+                                 "until [ -e /tmp/end ]; do sleep 0.05; done");
     const Xrdp server("tls");
     store("berta", "secret1");
     EXPECT_EQ(control("launch 32").status, 0);
-    EXPECT_TRUE(wait_until([] { return client_words() != "" && !runs("xfreerdp"); }, patience));
-    EXPECT_TRUE(SessionManager::log_has("Session started successfully for user berta"))
-        << read_file(manager_log);
-    EXPECT_TRUE(says(control("status 32"), "  What it means:   The user logged off.\n"));
+    EXPECT_TRUE(wait_for_colour(640, 400, 0x123456)) << read_file(manager_log);
+    write_file("/tmp/end", "");
+    EXPECT_TRUE(wait_until([] { return !runs("xfreerdp"); }, patience)) << read_file(manager_log);
+    // As if it had ended in the very second in which it was launched.
+    const std::string log = rdp_log;
+    output_of("touch -d \"@$(sed -n '1s/[^0-9]*\\([0-9]*\\).*/\\1/p' " + log + ")\" " + log);
+    const Output status = control("status 32");
+    EXPECT_TRUE(says(status, "  What it means:   The user logged off.\n")) << status.text;
 }
 
 } // namespace

@@ -102,6 +102,12 @@ std::vector<std::string> client_windows() {
     return windows;
 }
 
+std::vector<std::string> client_windows_once(const std::vector<std::string>& wanted) {
+    std::vector<std::string> windows;
+    (void)wait_until([&] { return (windows = client_windows()) == wanted; }, patience);
+    return windows;
+}
+
 terminal::Picture screen() {
     const auto picture = terminal::picture_from_xwd(output_of("xwd -root -silent").text);
     if (!picture) throw std::runtime_error("display :0 gives no picture");

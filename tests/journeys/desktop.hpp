@@ -45,6 +45,10 @@ bool runs(const std::string& program);
 /// The window tree's lines of RDP clients, without indentation and window ids.
 std::vector<std::string> client_windows();
 
+/// The same once they are these, or as they are when that does not come: a window gets its place a
+/// moment after it has come.
+std::vector<std::string> client_windows_once(const std::vector<std::string>& wanted);
+
 /// What display :0 shows. Throws std::runtime_error when it cannot be read.
 terminal::Picture screen();
 

@@ -196,15 +196,20 @@ class ManagedNetworkJourney : public NetworkJourney {
         ASSERT_EQ(output_of("dbus-daemon --config-file=/run/dbus/manager.conf --fork").status, 0);
     }
 
-    /// Begins it with these lines of configuration, and waits until it knows the port.
-    static void manage(const std::string& lines) {
+    /// Begins it with these lines of configuration, and waits until it says whether it manages the
+    /// port: "yes" or "no", and at its very beginning "no" of each.
+    static void manage(const std::string& lines, const std::string& expected) {
         write_file("/run/manager.conf", "[main]\nplugins=keyfile\n" + lines);
         ASSERT_EQ(output_of("NetworkManager --config=/run/manager.conf --config-dir=/run/none "
                             "--system-config-dir=/run/none >/run/manager.log 2>&1")
                       .status,
                   0);
-        ASSERT_TRUE(wait_until(
-            [] { return output_of("nmcli device show eth0 >/dev/null 2>&1").status == 0; }));
+        std::string answer;
+        const auto is_settled = [&] {
+            answer = output_of("nmcli -g GENERAL.NM-MANAGED device show eth0 2>&1").text;
+            return answer == expected + "\n";
+        };
+        ASSERT_TRUE(wait_until(is_settled)) << answer;
     }
 
     static std::string set_static() {
@@ -219,7 +224,7 @@ constexpr const char* static_sentence =
 
 TEST_F(ManagedNetworkJourney, APortThatItManagesIsToldAndOneThatItLeavesAloneIsNot) {
     // Otherwise it would replace the address at once, or a moment later.
-    manage("no-auto-default=*\n");
+    manage("no-auto-default=*\n", "yes");
     EXPECT_EQ(set_static(),
               std::string(static_sentence) +
                   "Note: NetworkManager manages eth0 and may replace these addresses at any time. "
@@ -228,7 +233,7 @@ TEST_F(ManagedNetworkJourney, APortThatItManagesIsToldAndOneThatItLeavesAloneIsN
                   "/etc/NetworkManager/conf.d, and restart NetworkManager.\n");
     ASSERT_EQ(output_of("kill $(pgrep -x NetworkManager)").status, 0);
     ASSERT_TRUE(wait_until([] { return output_of("pgrep -x NetworkManager").status != 0; }));
-    manage("[keyfile]\nunmanaged-devices=interface-name:eth0\n");
+    manage("[keyfile]\nunmanaged-devices=interface-name:eth0\n", "no");
     EXPECT_EQ(set_static(), static_sentence);
 }
 

@@ -137,9 +137,10 @@ std::string watchers_verdict() {
 }
 
 std::string wait_for_verdict() {
-    EXPECT_TRUE(wait_until([] { return !watchers_verdict().empty(); }, patience))
-        << "the watcher has written nothing";
-    return watchers_verdict();
+    std::string verdict;
+    const auto is_there = [&] { return !(verdict = watchers_verdict()).empty(); };
+    EXPECT_TRUE(wait_until(is_there, patience)) << "the watcher has written nothing";
+    return verdict;
 }
 
 std::string base64_of(const std::string& text) {

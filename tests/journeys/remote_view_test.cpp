@@ -40,14 +40,15 @@ class RemoteView : public Journey {
                        std::string::npos;
             },
             patience));
+        std::string words;
         EXPECT_TRUE(wait_until(
-            [] {
-                const std::string words = read_file("/tmp/viewer.log");
+            [&] {
+                words = read_file("/tmp/viewer.log");
                 return words.find("Using pixel format") != std::string::npos ||
                        words.find("failure") != std::string::npos;
             },
             patience));
-        return read_file("/tmp/viewer.log");
+        return words;
     }
 };
 

@@ -64,9 +64,9 @@ TEST_P(Screens, ShowTheSessionWhereItBelongs) {
                   placement.options + " >>/home/root/freerdp.log 2>&1 &"}));
     ASSERT_TRUE(wait_until(
         [] { return shows(20, 20, remote_ground) || shows(1300, 20, remote_ground); }, patience));
-    EXPECT_EQ(client_windows(),
-              (std::vector<std::string>{std::string("\"desk\": (\"xfreerdp\" \"xfreerdp\")  ") +
-                                        placement.window}));
+    const std::vector<std::string> window = {
+        std::string("\"desk\": (\"xfreerdp\" \"xfreerdp\")  ") + placement.window};
+    EXPECT_EQ(client_windows_once(window), window);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rdp, Screens, testing::ValuesIn(placements),

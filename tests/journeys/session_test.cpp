@@ -25,7 +25,7 @@ std::vector<std::string> window_of(const std::string& name) {
 }
 
 bool wait_for_window(const std::string& name) {
-    return wait_until([&] { return client_windows() == window_of(name); }, patience);
+    return client_windows_once(window_of(name)) == window_of(name);
 }
 
 std::size_t thread_count() {

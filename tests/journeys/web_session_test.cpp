@@ -11,6 +11,7 @@ namespace qvtc::test {
 namespace {
 
 constexpr const char* browser_log = "/home/root/firefox.log";
+const std::string patiently = "--timeout 90"; // several browsers at once take their time
 
 class WebSession : public Journey {
   protected:
@@ -49,13 +50,13 @@ TEST_F(WebSession, ComesUpAndIsSeenByTheWatcher) {
 TEST_F(WebSession, ControlSaysThatItIsConnected) {
     start_web_server("8080");
     store_record(QVTC_TYPE_WEB, {{"name", "page"}, {"serverAddress", "http://127.0.0.1:8080/"}});
-    const Output output = output_of(QVTC_CONTROL " launch --wait 288 2>&1");
+    const Output output = output_of(QVTC_CONTROL " launch --wait 288 " + patiently + " 2>&1");
     EXPECT_EQ(output.status, 0) << output.text;
 }
 
 /// What "launch --wait" and then "status" say of a web connection to that address; the browser
 /// has ended then.
-Output launch_page(const std::string& address, const std::string& options = "") {
+Output launch_page(const std::string& address, const std::string& options = patiently) {
     store_record(QVTC_TYPE_WEB, {{"name", "page"}, {"serverAddress", address}});
     Output output = output_of(QVTC_CONTROL " launch --wait 288 " + options + " 2>&1");
     output.text += output_of(QVTC_CONTROL " status 288").text;
@@ -80,8 +81,8 @@ TEST_F(WebSession, ControlTellsTheTabsOfOneBrowserApart) {
     const auto control = [](const std::string& words) {
         return output_of(QVTC_CONTROL " " + words + " 2>&1");
     };
-    ASSERT_EQ(control("launch --wait 288").status, 0);
-    const Output second = control("launch --wait 289");
+    ASSERT_EQ(control("launch --wait 288 " + patiently).status, 0);
+    const Output second = control("launch --wait 289 " + patiently);
     EXPECT_EQ(second.status, 4) << second.text;
     EXPECT_NE(second.text.find("and shows the page in another tab."), std::string::npos)
         << second.text;

@@ -30,7 +30,7 @@ Told told_when(std::string_view check, std::string_view type, ServerFacts facts,
 }
 
 TEST(QvtcctlServerFindings, OfTheNameSayWhatItIs) {
-    const auto name = [](const Resolution& resolution) {
+    const auto name = [](const HostAddresses& resolution) {
         return told_when("name", "rdp", healthy_server({"h.lan", 3389}),
                          [&](ServerFacts& facts) { facts.resolution = resolution; });
     };

@@ -42,10 +42,10 @@ class Listener {
 };
 
 TEST(QvtcctlServerProbe, AnAddressIsNoName) {
-    const Resolution four = resolve("10.1.2.3", 5s);
+    const HostAddresses four = resolve("10.1.2.3", 5s);
     EXPECT_FALSE(four.was_name);
     EXPECT_EQ(four.addresses, std::vector<std::string>{"10.1.2.3"});
-    const Resolution six = resolve("fd00::5", 5s);
+    const HostAddresses six = resolve("fd00::5", 5s);
     EXPECT_FALSE(six.was_name);
     EXPECT_EQ(six.addresses, std::vector<std::string>{"fd00::5"});
 }
@@ -53,10 +53,10 @@ TEST(QvtcctlServerProbe, AnAddressIsNoName) {
 TEST(QvtcctlServerProbe, ANameIsAskedForWhereTheTerminalAsks) {
     test::write_file("/etc/hosts",
                      "127.0.0.1 localhost\n10.4.5.6 office.lan\n10.4.5.7 office.lan\n");
-    const Resolution found = resolve("office.lan", 5s);
+    const HostAddresses found = resolve("office.lan", 5s);
     EXPECT_TRUE(found.was_name);
     EXPECT_EQ(found.addresses, (std::vector<std::string>{"10.4.5.6", "10.4.5.7"}));
-    const Resolution unknown = resolve("no-such-server.lan", 20s);
+    const HostAddresses unknown = resolve("no-such-server.lan", 20s);
     EXPECT_TRUE(unknown.was_name);
     EXPECT_FALSE(unknown.timed_out);
     EXPECT_TRUE(unknown.addresses.empty());
@@ -72,7 +72,7 @@ TEST(QvtcctlServerProbe, ASilentNameServerIsNotWaitedFor) {
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     ASSERT_EQ(bind(socket_of_nobody, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
     const auto start = std::chrono::steady_clock::now();
-    const Resolution nothing = resolve("office.lan", 300ms);
+    const HostAddresses nothing = resolve("office.lan", 300ms);
     EXPECT_TRUE(nothing.timed_out);
     EXPECT_TRUE(nothing.addresses.empty());
     EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);

@@ -61,13 +61,5 @@ TEST(QvtcctlTypes, IdsAreNumbersInABlock) {
     }
 }
 
-TEST(QvtcctlTypes, NumbersHaveNineDigitsAtMost) {
-    EXPECT_EQ(parse_number("999999999"), 999999999U);
-    EXPECT_EQ(parse_number("007"), 7U);
-    for (const std::string_view bad : {"", "1000000000", "+1", "-1", " 1", "1a"}) {
-        EXPECT_EQ(parse_number(bad), std::nullopt) << bad;
-    }
-}
-
 } // namespace
 } // namespace qvtc::qvtcctl

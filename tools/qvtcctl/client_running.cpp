@@ -4,8 +4,9 @@
 #include "qvtcctl/device.hpp"
 #include "qvtcctl/failure_report.hpp"
 #include "qvtcctl/follow.hpp"
-#include "qvtcctl/processes.hpp"
+#include "qvtcctl/launcher.hpp"
 #include "qvtcctl/refusal.hpp"
+#include "qvtcctl/running_clients.hpp"
 #include "qvtcctl/storage.hpp"
 #include "qvtcctl/text.hpp"
 #include "qvtcctl/validation.hpp"
@@ -175,9 +176,9 @@ Json standing_json(unsigned id, const ConnectionType& type, const Record& record
     return map;
 }
 
-Answer broker_answer(const Device& device, unsigned id, const ConnectionType& type,
+Answer broker_answer(const Launcher& launcher, unsigned id, const ConnectionType& type,
                      const Record& record) {
-    const std::string reason = reason_of(device.client_status(id));
+    const std::string reason = reason_of(launcher.status(id));
     Answer answer;
     answer.code = reason.empty() ? ExitCode::done : ExitCode::connection_failed;
     answer.json = connection_head(id, type, record);
@@ -214,7 +215,7 @@ void end_clients(const std::vector<Process>& clients) {
 }
 
 /// Ends every client that can be launched from here, and says how many of which kind.
-Answer end_all_clients(const Device& device) {
+Answer end_all_clients(const Launcher& launcher) {
     std::vector<Process> clients;
     std::string kinds;
     for (const ConnectionType& type : connection_types) {
@@ -225,7 +226,7 @@ Answer end_all_clients(const Device& device) {
         kinds += fmt::format("{}{} {}", kinds.empty() ? "" : ", ", running.size(), type.title);
     }
     // The library finds only RDP clients that have a tty; those started from here have none.
-    device.cancel_rdp();
+    launcher.cancel_rdp();
     end_clients(clients);
     Answer answer;
     answer.text =
@@ -269,16 +270,16 @@ std::vector<std::string> notes_on(unsigned id, const ConnectionType& type,
     return notes;
 }
 
-Answer launch(const Device& device, unsigned id, const Record& record,
+Answer launch(const Launcher& launcher, unsigned id, const Record& record,
               std::optional<unsigned> timeout, Progress& progress) {
     const ConnectionType& type = require_type_of_id(id);
     if (!timeout && !log_fault(type)) {
-        device.launch(id);
+        launcher.launch(id);
         return started_answer(id, type, record);
     }
     // Without a log nobody could tell later that the client has not come up at all.
     const std::chrono::seconds longest(timeout.value_or(look_without_log));
-    const LaunchOutcome outcome = launch_and_follow(device, type, record, longest, progress);
+    const LaunchOutcome outcome = launch_and_follow(launcher, type, record, longest, progress);
     if (!timeout && outcome.state != State::failed) return started_answer(id, type, record);
     return waited_answer(id, type, record, outcome, timeout.value_or(0));
 }
@@ -318,7 +319,7 @@ Answer run_launch(const Request& request) {
     if (request.has(end_others_flag)) end_clients(former);
     const std::optional<std::string> fault = storage_fault(storage_folder);
     Progress progress(request.has(wait_flag) && !request.json);
-    Answer answer = launch(device, id, record, timeout, progress);
+    Answer answer = launch(Launcher(request.chatter()), id, record, timeout, progress);
     std::vector<std::string> notes = notes_on(id, type, former);
     if (fault) notes.push_back(storage_note(*fault));
     add_notes(answer, std::move(notes));
@@ -329,12 +330,12 @@ Answer run_status(const Request& request) {
     const unsigned id = require_id(request.text(id_argument));
     const ConnectionType& type = require_type_of_id(id);
     require_status(type);
-    const Device device(request.chatter());
-    const Record record = device.record(id);
-    if (!can_be_launched(type)) return broker_answer(device, id, type, record);
+    const Record record = Device(request.chatter()).record(id);
+    const Launcher launcher(request.chatter());
+    if (!can_be_launched(type)) return broker_answer(launcher, id, type, record);
     Answer answer;
     if (request.has(follow_flag)) {
-        const Standing last = follow_standing(device, type, record, [&](Standing standing) {
+        const Standing last = follow_standing(launcher, type, record, [&](Standing standing) {
             standing.logon = logon_when(standing.state, type, record);
             write_out(request.json ? to_line(standing_json(id, type, record, standing))
                                    : standing_text(id, type, record, standing));
@@ -342,7 +343,7 @@ Answer run_status(const Request& request) {
         answer.code = code_of(last.state);
         return answer;
     }
-    Standing standing = standing_of(device, type, record);
+    Standing standing = standing_of(launcher, type, record);
     standing.logon = logon_when(standing.state, type, record);
     answer.code = code_of(standing.state);
     answer.text = standing_text(id, type, record, standing);
@@ -355,7 +356,7 @@ Answer run_cancel(const Request& request) {
     if (!request.text(cancel_id_argument).empty())
         id = require_id(request.text(cancel_id_argument));
     const Device device(request.chatter());
-    return id ? end_client_of(device, *id) : end_all_clients(device);
+    return id ? end_client_of(device, *id) : end_all_clients(Launcher(request.chatter()));
 }
 
 Answer run_delay(const Request& request) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qvtcctl/processes.hpp"
+#include "qvtcctl/record.hpp"
 
 #include <string>
 #include <string_view>

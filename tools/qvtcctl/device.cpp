@@ -1,7 +1,6 @@
 #include "qvtcctl/device.hpp"
 
 #include "qvtcctl/json.hpp"
-#include "qvtcctl/launcher.hpp"
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/settings_document.hpp"
 #include "qvtcctl/system_log.hpp"
@@ -151,30 +150,6 @@ void Device::set_connect_delay(unsigned seconds) const {
     if (connect_delay() != std::to_string(seconds)) {
         throw not_taken("the delay was not stored", log);
     }
-}
-
-std::string Device::client_status(unsigned id) const {
-    // Of a FIFO the library would wait for a writer for ever; this refuses it.
-    const std::string client_log(require_type_of_id(id).log);
-    if (!client_log.empty()) file_tail(client_log, 0);
-    Json answer;
-    {
-        const Quiet quiet(chatter_);
-        answer.reset(qvgetclientstatus(id));
-    }
-    return answer ? text_member(answer.get(), "status") : "";
-}
-
-void Device::launch(unsigned id) const {
-    if (launch_in_own_process(id, chatter_)) return;
-    throw Refusal(
-        ExitCode::not_done,
-        fmt::format("the library did not start connection {}. {} says why.", id, system_log));
-}
-
-void Device::cancel_rdp() const {
-    const Quiet quiet(chatter_);
-    qvcancelconnect();
 }
 
 } // namespace qvtc::qvtcctl

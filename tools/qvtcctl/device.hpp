@@ -35,16 +35,6 @@ class Device {
     std::optional<std::string> connect_delay() const;
     void set_connect_delay(unsigned seconds) const;
 
-    /// The library's answer on what has come of the last launch, as it stands.
-    std::string client_status(unsigned id) const;
-
-    /// Starts the client. The library watches a started client from a thread for up to half a
-    /// minute; a process of its own lives on for that, so that this call returns at once.
-    void launch(unsigned id) const;
-
-    /// Ends the RDP clients that the library can find.
-    void cancel_rdp() const;
-
   private:
     Chatter chatter_;
 };

@@ -5,7 +5,6 @@
 #include "qvtcctl/resolutions.hpp"
 #include "qvtcctl/screens.hpp"
 #include "qvtcctl/text.hpp"
-#include "qvtcctl/types.hpp"
 #include "qvtcctl/verbs.hpp"
 
 #include <memory>

@@ -2,7 +2,7 @@
 #include "qvtcctl/resolutions.hpp"
 #include "qvtcctl/screens.hpp"
 #include "qvtcctl/table.hpp"
-#include "qvtcctl/types.hpp"
+#include "qvtcctl/text.hpp"
 #include "qvtcctl/verbs.hpp"
 
 #include <fmt/format.h>

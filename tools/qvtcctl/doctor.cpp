@@ -3,7 +3,8 @@
 #include "qvtcctl/doctor_findings.hpp"
 #include "qvtcctl/follow.hpp"
 #include "qvtcctl/installed.hpp"
-#include "qvtcctl/processes.hpp"
+#include "qvtcctl/launcher.hpp"
+#include "qvtcctl/running_clients.hpp"
 #include "qvtcctl/verbs.hpp"
 #include "qvtcctl/windows.hpp"
 
@@ -56,17 +57,18 @@ ServerFacts look_at(const ServerAddress& address, bool speaks_rdp) {
 }
 
 /// Why the last launch of this very connection failed; a session that has ended was no failure.
-std::optional<Explanation> last_failure_of(const Device& device, const ConnectionType& type,
+std::optional<Explanation> last_failure_of(const Launcher& launcher, const ConnectionType& type,
                                            const Record& record) {
     if (!can_be_launched(type)) return std::nullopt;
-    const Standing standing = standing_of(device, type, record);
+    const Standing standing = standing_of(launcher, type, record);
     const bool ended = standing.state == State::failed || standing.state == State::not_running;
     const Explanation& words = standing.last_words;
     if (!ended || !words.known || words.ends_session) return std::nullopt;
     return words;
 }
 
-DoctorFacts look_around(const Device& device, const ConnectionType& type, const Record& record) {
+DoctorFacts look_around(const Launcher& launcher, const ConnectionType& type,
+                        const Record& record) {
     DoctorFacts facts;
     if (const auto gateway = gateway_of(type, record)) {
         facts.gateway = look_at(*gateway, false);
@@ -75,7 +77,7 @@ DoctorFacts look_around(const Device& device, const ConnectionType& type, const 
     }
     facts.document_fault = fault_in_settings_document();
     facts.storage_fault = storage_fault(storage_folder);
-    facts.last_failure = last_failure_of(device, type, record);
+    facts.last_failure = last_failure_of(launcher, type, record);
     facts.client_installed = is_installed(type.process);
     facts.screen_answers = look_for_window("") != Sight::unknown;
     facts.sound_runs = !running_processes("pulseaudio").empty();
@@ -150,10 +152,10 @@ const Argument id_argument =
 Answer run_doctor(const Request& request) {
     const unsigned id = require_id(request.text(id_argument));
     const ConnectionType& type = require_type_of_id(id);
-    const Device device(request.chatter());
-    const Record record = device.record(id);
-    return answer_on(id, type, record,
-                     findings_on(type, id, record, look_around(device, type, record)));
+    const Record record = Device(request.chatter()).record(id);
+    return answer_on(
+        id, type, record,
+        findings_on(type, id, record, look_around(Launcher(request.chatter()), type, record)));
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include "qvtcctl/client_words.hpp"
 #include "qvtcctl/installed.hpp"
+#include "qvtcctl/launch_log.hpp"
+#include "qvtcctl/running_clients.hpp"
 #include "qvtcctl/storage.hpp"
 #include "qvtcctl/system_log.hpp"
 
@@ -68,13 +70,13 @@ std::vector<Process> launched_clients(const ConnectionType& type, const BeforeLa
     return is_web(type) ? running : without(running, before.clients);
 }
 
-Look look_at(const Device& device, const ConnectionType& type, const Record& record,
+Look look_at(const Launcher& launcher, const ConnectionType& type, const Record& record,
              const std::vector<Process>& clients, std::string_view words) {
     Look look;
     look.client_runs = !clients.empty();
     if (look.client_runs) look.window = look_for_window(type.window);
     if (is_rdp(type)) {
-        const std::string status = device.client_status(record.id().value_or(0));
+        const std::string status = launcher.status(record.id().value_or(0));
         look.library_tells_failure = !reason_of(status).empty();
     } else {
         look.said = said_in(type, words_about(type, record, words), asked_to_talk(type, clients));
@@ -98,12 +100,12 @@ Explanation explain_given_up(const ConnectionType& type, unsigned id,
 }
 
 /// Why a client has failed, from its words since its start.
-Explanation explain_words(const Device& device, const ConnectionType& type, const Record& record,
-                          const std::string& words) {
+Explanation explain_words(const Launcher& launcher, const ConnectionType& type,
+                          const Record& record, const std::string& words) {
     const unsigned id = record.id().value_or(0);
     // The library reads the same log, which without words is that of no launch or of another one.
     const bool has_log = is_rdp(type) && !words.empty();
-    const std::string reason = has_log ? reason_of(device.client_status(id)) : "";
+    const std::string reason = has_log ? reason_of(launcher.status(id)) : "";
     const Route route = route_of(type, record);
     Explanation told = explain(type, id, words_about(type, record, words), reason, route);
     if (!told.known) told = explain(type, id, words, reason, route);
@@ -156,8 +158,8 @@ std::string own_words_in(const std::string& log, const ConnectionType& type,
 }
 
 /// How a connection stands. Where a session of it has been seen, its end is no failed beginning.
-Standing look_for_standing(const Device& device, const ConnectionType& type, const Record& record,
-                           bool session_seen) {
+Standing look_for_standing(const Launcher& launcher, const ConnectionType& type,
+                           const Record& record, bool session_seen) {
     const std::vector<Process> all = running_clients(type);
     const std::optional<unsigned> last = last_launched(type);
     const std::string log = log_of(type);
@@ -165,14 +167,14 @@ Standing look_for_standing(const Device& device, const ConnectionType& type, con
     const std::vector<Process> others = without(all, clients);
     const bool launched_last = last ? last == record.id() : !clients.empty();
     const std::string words = own_words_in(log, type, clients, others, launched_last);
-    const Look look = look_at(device, type, record, clients, words);
+    const Look look = look_at(launcher, type, record, clients, words);
     Standing standing;
     standing.state = state_of(look);
     standing.window = look.window;
     standing.other_runs = !others.empty();
     if (clients.empty()) standing.storage_fault = log_fault(type);
     if (!launched_last && words.empty()) return standing;
-    standing.last_words = explain_words(device, type, record, words);
+    standing.last_words = explain_words(launcher, type, record, words);
     if (!session_seen && !can_have_had_session(type, words)) {
         standing.last_words = never_began(std::move(standing.last_words));
     }
@@ -181,7 +183,7 @@ Standing look_for_standing(const Device& device, const ConnectionType& type, con
 
 } // namespace
 
-LaunchOutcome launch_and_follow(const Device& device, const ConnectionType& type,
+LaunchOutcome launch_and_follow(const Launcher& launcher, const ConnectionType& type,
                                 const Record& record, std::chrono::seconds timeout,
                                 Progress& progress) {
     const unsigned id = record.id().value_or(0);
@@ -192,7 +194,7 @@ LaunchOutcome launch_and_follow(const Device& device, const ConnectionType& type
     };
     show(State::starting, 0ms);
     const BeforeLaunch before(type);
-    device.launch(id);
+    launcher.launch(id);
     LaunchJudge judge;
     LaunchOutcome outcome;
     if (const std::string complaint = why_given_up(before); !complaint.empty()) {
@@ -203,7 +205,7 @@ LaunchOutcome launch_and_follow(const Device& device, const ConnectionType& type
     bool window_seen = false;
     while (true) {
         const std::string words = words_since_launch(type, before);
-        Look look = look_at(device, type, record, launched_clients(type, before), words);
+        Look look = look_at(launcher, type, record, launched_clients(type, before), words);
         look.since_launch =
             std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - before.start);
         window_seen = window_seen || look.window == Sight::seen;
@@ -212,7 +214,7 @@ LaunchOutcome launch_and_follow(const Device& device, const ConnectionType& type
         outcome.took = look.since_launch;
         if (outcome.state == State::connected) return outcome;
         if (outcome.state == State::failed) {
-            outcome.explanation = explain_words(device, type, record, words);
+            outcome.explanation = explain_words(launcher, type, record, words);
             if (!outcome.explanation.known && before.storage) {
                 outcome.explanation = explain_storage(*before.storage);
             }
@@ -232,16 +234,16 @@ std::vector<Process> clients_of(const ConnectionType& type, const Record& record
     return clients_of(type, record, running_clients(type), last_launched(type), log_of(type));
 }
 
-Standing standing_of(const Device& device, const ConnectionType& type, const Record& record) {
-    return look_for_standing(device, type, record, false);
+Standing standing_of(const Launcher& launcher, const ConnectionType& type, const Record& record) {
+    return look_for_standing(launcher, type, record, false);
 }
 
-Standing follow_standing(const Device& device, const ConnectionType& type, const Record& record,
+Standing follow_standing(const Launcher& launcher, const ConnectionType& type, const Record& record,
                          const std::function<void(const Standing&)>& tell) {
     std::optional<State> told;
     bool session_seen = false;
     while (true) {
-        Standing standing = look_for_standing(device, type, record, session_seen);
+        Standing standing = look_for_standing(launcher, type, record, session_seen);
         session_seen = session_seen || standing.state == State::connected;
         if (standing.state != told) tell(standing);
         told = standing.state;

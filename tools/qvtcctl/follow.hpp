@@ -2,7 +2,7 @@
 
 #include "qvtcctl/client_log.hpp"
 #include "qvtcctl/console.hpp"
-#include "qvtcctl/device.hpp"
+#include "qvtcctl/launcher.hpp"
 #include "qvtcctl/logon.hpp"
 #include "qvtcctl/outcome.hpp"
 
@@ -22,7 +22,7 @@ struct LaunchOutcome {
 
 /// Starts the client and looks every half second what has come of it, until it is connected, has
 /// failed, or the time is over.
-LaunchOutcome launch_and_follow(const Device& device, const ConnectionType& type,
+LaunchOutcome launch_and_follow(const Launcher& launcher, const ConnectionType& type,
                                 const Record& record, std::chrono::seconds timeout,
                                 Progress& progress);
 
@@ -40,11 +40,11 @@ struct Standing {
     /// tells of its page.
     Explanation last_words;
 };
-Standing standing_of(const Device& device, const ConnectionType& type, const Record& record);
+Standing standing_of(const Launcher& launcher, const ConnectionType& type, const Record& record);
 
 /// Tells every change of a connection's standing, the first included, until its client has ended,
 /// its failure is known, or nobody takes the output; returns that last one.
-Standing follow_standing(const Device& device, const ConnectionType& type, const Record& record,
+Standing follow_standing(const Launcher& launcher, const ConnectionType& type, const Record& record,
                          const std::function<void(const Standing&)>& tell);
 
 } // namespace qvtc::qvtcctl

@@ -1,6 +1,10 @@
 #include "qvtcctl/launcher.hpp"
 
 #include "qvtcctl/client_words.hpp"
+#include "qvtcctl/followed_file.hpp"
+#include "qvtcctl/json.hpp"
+#include "qvtcctl/refusal.hpp"
+#include "qvtcctl/terminal.hpp"
 
 #include <cerrno>
 #include <chrono>
@@ -9,6 +13,7 @@
 #include <thread>
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <qvtcapi/qvtcapi.h>
 #include <unistd.h>
 
@@ -79,8 +84,7 @@ bool read_answer(int from) {
     return count == sizeof launched && launched == 1;
 }
 
-} // namespace
-
+/// Whether the library says that it has started the client.
 bool launch_in_own_process(unsigned id, Chatter chatter) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) return false;
@@ -93,6 +97,32 @@ bool launch_in_own_process(unsigned id, Chatter chatter) {
     const bool launched = child > 0 && read_answer(ends[0]);
     close(ends[0]);
     return launched;
+}
+
+} // namespace
+
+void Launcher::launch(unsigned id) const {
+    if (launch_in_own_process(id, chatter_)) return;
+    throw Refusal(
+        ExitCode::not_done,
+        fmt::format("the library did not start connection {}. {} says why.", id, system_log));
+}
+
+std::string Launcher::status(unsigned id) const {
+    // Of a FIFO the library would wait for a writer for ever; this refuses it.
+    const std::string client_log(require_type_of_id(id).log);
+    if (!client_log.empty()) file_tail(client_log, 0);
+    Json answer;
+    {
+        const Quiet quiet(chatter_);
+        answer.reset(qvgetclientstatus(id));
+    }
+    return answer ? text_member(answer.get(), "status") : "";
+}
+
+void Launcher::cancel_rdp() const {
+    const Quiet quiet(chatter_);
+    qvcancelconnect();
 }
 
 } // namespace qvtc::qvtcctl

@@ -2,13 +2,30 @@
 
 #include "qvtcctl/quiet.hpp"
 
+#include <string>
+
 namespace qvtc::qvtcctl {
 
-/// Lets the library start a client in a process of its own, without a controlling terminal, and
-/// returns when the client has been started; true when the library said so. That process stays
-/// until the library's watcher thread has ended, which takes it half a minute at most: the
-/// watcher writes the outcome for all who wait for it, also when this program has long ended.
-/// To be called while this program has one thread.
-bool launch_in_own_process(unsigned id, Chatter chatter);
+/// What the library does with the clients of stored connections.
+class Launcher {
+  public:
+    explicit Launcher(Chatter chatter) : chatter_(chatter) {}
+
+    /// Starts the client of a connection. The library watches it from a thread for up to half a
+    /// minute and writes the outcome for all who wait for it; a process of its own, without a
+    /// controlling terminal, lives on for that, so that this call returns at once. To be called
+    /// while this program has one thread. Refuses (ExitCode::not_done) when the library did not
+    /// start it.
+    void launch(unsigned id) const;
+
+    /// The library's answer on what has come of the last launch, as it stands.
+    std::string status(unsigned id) const;
+
+    /// Ends the RDP clients that the library can find.
+    void cancel_rdp() const;
+
+  private:
+    Chatter chatter_;
+};
 
 } // namespace qvtc::qvtcctl

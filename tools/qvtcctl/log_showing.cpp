@@ -7,7 +7,6 @@
 #include "qvtcctl/system_log.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
-#include "qvtcctl/types.hpp"
 #include "qvtcctl/verbs.hpp"
 
 #include <chrono>

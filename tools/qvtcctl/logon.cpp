@@ -14,7 +14,7 @@ constexpr auto longest_resolution = 2s;
 constexpr auto longest_answer = 2s;
 
 std::optional<Negotiation> ask(const ServerAddress& server) {
-    const Resolution resolution = resolve(server.host, longest_resolution);
+    const HostAddresses resolution = resolve(server.host, longest_resolution);
     for (const std::string& address : resolution.addresses) {
         ServerSocket socket(address, server.port, longest_answer);
         if (socket.answer() == PortAnswer::answered) return negotiate(socket, offered_by_client);

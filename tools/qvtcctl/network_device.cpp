@@ -9,7 +9,6 @@
 #include "qvtcctl/system_log.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
-#include "qvtcctl/types.hpp"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,7 +1,6 @@
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
-#include "qvtcctl/types.hpp"
 #include "qvtcctl/verbs.hpp"
 
 #include <fmt/format.h>

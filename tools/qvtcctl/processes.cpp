@@ -63,22 +63,6 @@ std::vector<fs::path> entries_of(const fs::path& directory) {
     return entries;
 }
 
-/// The word of a command line that holds the address, whole. A stored VNC password stands right
-/// before it.
-std::string address_argument(const ConnectionType& type, const Record& record) {
-    const std::string& port = record[field_index("port")];
-    switch (type.number) {
-    case QVTC_TYPE_RDP:
-        return "/v:" + record.address();
-    case QVTC_TYPE_SPICE:
-        return "spice://" + record.address() + (port.empty() ? "" : ":" + port);
-    case QVTC_TYPE_VNC:
-        return record[field_index("password")] + record.address();
-    default:
-        return record.address();
-    }
-}
-
 bool runs(const Process& process) { return lives("/proc/" + std::to_string(process.pid)); }
 
 } // namespace
@@ -94,19 +78,6 @@ std::vector<Process> running_processes(std::string_view name_begins, const fs::p
     std::sort(found.begin(), found.end(),
               [](const Process& a, const Process& b) { return a.pid < b.pid; });
     return found;
-}
-
-std::vector<Process> running_clients(const ConnectionType& type) {
-    return running_processes(type.process);
-}
-
-bool serves(const Process& client, const ConnectionType& type, const Record& record) {
-    const auto has_argument = [&](const std::string& argument) {
-        return std::find(client.arguments.begin(), client.arguments.end(), argument) !=
-               client.arguments.end();
-    };
-    if (!has_argument(address_argument(type, record))) return false;
-    return type.number != QVTC_TYPE_RDP || has_argument("/t:" + record.name());
 }
 
 std::vector<Process> wait_for_end(std::vector<Process> processes,

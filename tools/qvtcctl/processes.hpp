@@ -1,7 +1,5 @@
 #pragma once
 
-#include "qvtcctl/record.hpp"
-
 #include <chrono>
 #include <filesystem>
 #include <string>
@@ -24,13 +22,6 @@ struct Process {
 /// while it is looked at. "proc" is where the system shows its processes.
 std::vector<Process> running_processes(std::string_view name_begins,
                                        const std::filesystem::path& proc = "/proc");
-
-/// The running clients of a type.
-std::vector<Process> running_clients(const ConnectionType& type);
-
-/// Whether that client was started for that connection: the address stands in its arguments as the
-/// library gives it, and for RDP the name as the window's title.
-bool serves(const Process& client, const ConnectionType& type, const Record& record);
 
 /// Waits until they have ended; returns those that still run.
 std::vector<Process> wait_for_end(std::vector<Process> processes,

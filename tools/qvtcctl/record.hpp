@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qvtcctl/fields.hpp"
+#include "qvtcctl/text.hpp"
 
 #include <array>
 #include <string>

@@ -6,7 +6,6 @@
 #include "qvtcctl/suggest.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
-#include "qvtcctl/types.hpp"
 
 #include <algorithm>
 #include <array>

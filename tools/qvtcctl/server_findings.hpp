@@ -14,7 +14,7 @@ namespace qvtc::qvtcctl {
 /// What was found of a server, or a gateway.
 struct ServerFacts {
     ServerAddress address;
-    Resolution resolution;
+    HostAddresses resolution;
     std::optional<PortAnswer> answer;       ///< nothing when it was not asked
     std::optional<RdpSecurity> security;    ///< nothing when it is not asked for RDP
     std::optional<Certificate> certificate; ///< nothing when there was none to be had

@@ -46,8 +46,8 @@ std::vector<std::string> numbers_of(const Addresses& list) {
 
 } // namespace
 
-Resolution resolve(const std::string& host, std::chrono::milliseconds longest) {
-    Resolution found;
+HostAddresses resolve(const std::string& host, std::chrono::milliseconds longest) {
+    HostAddresses found;
     found.addresses = numbers_of(look_up(host, AI_NUMERICHOST));
     if (!found.addresses.empty()) return found;
     found.was_name = true;

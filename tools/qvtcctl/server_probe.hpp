@@ -9,14 +9,14 @@
 namespace qvtc::qvtcctl {
 
 /// What became of a name.
-struct Resolution {
+struct HostAddresses {
     std::vector<std::string> addresses; ///< as numbers; empty when the name is not known
     bool was_name = false;              ///< false: it is an address itself
     bool timed_out = false;             ///< no name server has answered
 };
 
 /// Asks the system for the addresses of a host.
-Resolution resolve(const std::string& host, std::chrono::milliseconds longest);
+HostAddresses resolve(const std::string& host, std::chrono::milliseconds longest);
 
 /// Opens a connection and closes it again.
 PortAnswer try_port(const std::string& address, unsigned port, std::chrono::milliseconds longest);

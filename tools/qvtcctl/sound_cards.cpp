@@ -4,7 +4,6 @@
 #include "qvtcctl/refusal.hpp"
 #include "qvtcctl/system_log.hpp"
 #include "qvtcctl/text.hpp"
-#include "qvtcctl/types.hpp"
 
 #include <algorithm>
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "qvtcctl/types.hpp"
-
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -33,16 +31,6 @@ inline constexpr std::string_view system_log = "/home/root/system.log";
 /// The last line of that log's text that speaks of an error or a failure, fit to be shown:
 /// printable and without passwords. Empty when none does.
 std::string last_complaint(std::string_view text);
-
-/// The connection of this type that the log says was launched last, by whomever; nothing when it
-/// names none, as when it has been begun anew since.
-std::optional<unsigned> last_launched(const ConnectionType& type, std::string_view log);
-std::optional<unsigned> last_launched(const ConnectionType& type);
-
-/// How often a connection of the other type has been launched since the last one of this type.
-std::size_t launches_since(const ConnectionType& type, const ConnectionType& other,
-                           std::string_view log);
-std::size_t launches_since(const ConnectionType& type, const ConnectionType& other);
 
 /// At most the last "limit" bytes of a file; empty when there is none. Refuses
 /// (ExitCode::not_done) what is no regular file or cannot be read.

@@ -178,4 +178,15 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(begin, text.find_last_not_of(white) - begin + 1);
 }
 
+std::optional<unsigned> parse_number(std::string_view text) {
+    constexpr std::size_t most_digits = 9;
+    if (text.empty() || text.size() > most_digits) return std::nullopt;
+    unsigned number = 0;
+    for (const char c : text) {
+        if (c < '0' || c > '9') return std::nullopt;
+        number = number * 10 + static_cast<unsigned>(c - '0');
+    }
+    return number;
+}
+
 } // namespace qvtc::qvtcctl

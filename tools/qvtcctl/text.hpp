@@ -45,4 +45,7 @@ bool is_blank(std::string_view text);
 
 std::string_view trimmed(std::string_view text);
 
+/// A whole non-negative decimal number of at most nine digits; std::nullopt for anything else.
+std::optional<unsigned> parse_number(std::string_view text);
+
 } // namespace qvtc::qvtcctl

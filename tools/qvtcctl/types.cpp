@@ -21,17 +21,6 @@ std::vector<std::string_view> type_names() {
 
 } // namespace
 
-std::optional<unsigned> parse_number(std::string_view text) {
-    constexpr std::size_t most_digits = 9;
-    if (text.empty() || text.size() > most_digits) return std::nullopt;
-    unsigned number = 0;
-    for (const char c : text) {
-        if (c < '0' || c > '9') return std::nullopt;
-        number = number * 10 + static_cast<unsigned>(c - '0');
-    }
-    return number;
-}
-
 const ConnectionType* find_type(std::string_view name_or_number) {
     const std::optional<unsigned> number = parse_number(name_or_number);
     const auto found = std::find_if(

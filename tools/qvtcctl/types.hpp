@@ -53,7 +53,4 @@ const ConnectionType& require_type_of_id(unsigned id);
 /// The id that the text names. Refuses what is no number and what lies in no type's block.
 unsigned require_id(std::string_view text);
 
-/// A whole non-negative decimal number of at most nine digits, or nothing.
-std::optional<unsigned> parse_number(std::string_view text);
-
 } // namespace qvtc::qvtcctl

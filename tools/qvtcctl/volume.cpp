@@ -6,7 +6,6 @@
 #include "qvtcctl/stored_setting.hpp"
 #include "qvtcctl/terminal.hpp"
 #include "qvtcctl/text.hpp"
-#include "qvtcctl/types.hpp"
 #include "qvtcctl/verbs.hpp"
 
 #include <algorithm>

@@ -314,7 +314,10 @@ std::string Document::text() const {
 
 bool Document::save() const {
     const char* reason = "there is none";
-    if (document_ != nullptr) {
+    // Of what could not be read, the tree may be a part.
+    if (state_ == State::unreadable) {
+        reason = "it could not be read";
+    } else if (document_ != nullptr) {
         const int error = replace_file(paths::settings_document, text());
         if (error == 0) return true;
         reason = std::strerror(error);

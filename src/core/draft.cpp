@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <dirent.h>
 #include <filesystem>
+#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -37,6 +39,10 @@ int open_fresh(const std::string& path) {
     }
 }
 
+struct CloseDirectory {
+    void operator()(DIR* directory) const { closedir(directory); }
+};
+
 bool is_leftover(const std::string& name) {
     return name.starts_with('.') && (name.ends_with(draft_suffix) || name.ends_with(kept_suffix));
 }
@@ -63,13 +69,16 @@ std::array<std::string, 2> kept_copies(const std::string& target) {
 }
 
 void remove_leftovers(const std::string& directory) {
-    std::error_code error; // a directory that is missing has none
-    for (const auto& entry : std::filesystem::directory_iterator(directory, error)) {
-        if (!is_leftover(entry.path().filename())) continue;
+    // Not by std::filesystem: its iterator ends the process when memory runs out.
+    const std::unique_ptr<DIR, CloseDirectory> listing(opendir(directory.c_str()));
+    if (listing == nullptr) return;
+    while (const dirent* const entry = readdir(listing.get())) {
+        if (!is_leftover(entry->d_name)) continue;
+        const std::string path = directory + "/" + entry->d_name;
         const LockWait at_once(LockWait::Duration::zero());
         // Locked by its writer: it is not left, but at work.
-        const Descriptor file(open_locked(entry.path()));
-        if (file.is_open()) unlink(entry.path().c_str());
+        const Descriptor file(open_locked(path));
+        if (file.is_open()) unlink(path.c_str());
     }
 }
 

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <new>
 
 namespace qvtc {
 
@@ -14,10 +16,9 @@ std::string textf(const char* format, ...) {
     char* formatted = nullptr;
     const int length = vasprintf(&formatted, format, arguments);
     va_end(arguments);
-    if (length < 0) return {};
-    std::string text(formatted, static_cast<std::size_t>(length));
-    std::free(formatted);
-    return text;
+    if (length < 0) throw std::bad_alloc(); // half a value or command is worse than none
+    const std::unique_ptr<char, decltype(&std::free)> owned(formatted, std::free);
+    return {formatted, static_cast<std::size_t>(length)};
 }
 
 std::string c_text(std::string text) {

@@ -17,11 +17,7 @@ json_object* handed_over(Make&& make) {
     return guard<json_object*>(nullptr, [&] { return make().release(); });
 }
 
-Json language_object() {
-    Json object = json_map();
-    add_member(object, "language", json_string(api::language()));
-    return object;
-}
+Json language_object() { return json_pair("language", api::language()); }
 
 } // namespace
 

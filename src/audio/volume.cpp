@@ -95,7 +95,9 @@ void restore_volume(Channel channel) {
 Json volumes() {
     const long playback = volume(Channel::playback);
     const long capture = volume(Channel::capture);
-    return parse_json(textf("{ \"playVolume\":\"%ld\",\"micVolume\":\"%ld\"}", playback, capture));
+    Json object = json_pair("playVolume", std::to_string(playback));
+    add_member(object, "micVolume", json_string(std::to_string(capture)));
+    return object;
 }
 
 void set_volumes(const std::string& params) {

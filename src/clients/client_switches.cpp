@@ -22,9 +22,7 @@ bool show_horizon_menu_bar(bool on) {
 
 Json horizon_menu_bar() {
     const bool off = contains(store::setting(store::keys::horizon_menu_bar), "off");
-    Json object = json_map();
-    add_member(object, "toolbar", json_string(on_or_off(!off)));
-    return object;
+    return json_pair("toolbar", on_or_off(!off));
 }
 
 int redirect_camera(bool on) {

@@ -182,7 +182,7 @@ std::string counted_poll(std::string value, bool client_runs, int& counter) {
     return status_value::connected;
 }
 
-Json client_status(ConnectionId id) { return parse_json(status_text(value_of(id))); }
+Json client_status(ConnectionId id) { return json_pair("status", value_of(id)); }
 
 std::string earlier_rdp_status() {
     const std::string marker = store::setting(store::keys::start_marker);

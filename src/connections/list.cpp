@@ -181,9 +181,7 @@ bool delete_connection(std::uint32_t type, std::uint32_t slot) {
 Json connect_delay() {
     const std::string delay = cut(store::setting(store::keys::connect_delay), delay_limit);
     if (delay.empty()) return nullptr;
-    Json object = json_map();
-    add_member(object, "delay", json_string(delay));
-    return object;
+    return json_pair("delay", delay);
 }
 
 void store_connect_delay(const std::string& params) {

@@ -47,6 +47,12 @@ void add_element(json_object* list, Json value) {
     static_cast<void>(value.release());
 }
 
+Json json_pair(const char* name, std::string_view text) {
+    Json object = json_map();
+    add_member(object, name, json_string(text));
+    return object;
+}
+
 std::optional<std::string> json_plain_text(json_object* object, const char* key) {
     json_object* const member = json_object_object_get(object, key);
     if (member == nullptr) {

@@ -16,6 +16,10 @@ struct JsonRelease {
 using Json = std::unique_ptr<json_object, JsonRelease>;
 
 /// Null for a text that json-c refuses. Texts in single quotes are accepted.
+///
+/// When memory runs out, json-c up to 0.16 leaves out a value; and it looks for a member by
+/// a name that it could not copy, which ends the process. Nothing of ours can prevent that:
+/// what the library itself has to say of single values is built with the functions below.
 inline Json parse_json(const std::string& text) { return Json(json_tokener_parse(text.c_str())); }
 
 // These throw std::bad_alloc when memory runs out: json-c ends the process when it
@@ -25,6 +29,8 @@ Json json_list();
 Json json_string(std::string_view text);
 void add_member(const Json& map, const char* name, Json value);
 void add_element(json_object* list, Json value);
+/// An object of one member, a text.
+Json json_pair(const char* name, std::string_view text);
 
 /// Most bytes that json_plain_text gives.
 inline constexpr std::size_t json_plain_text_limit = 1023;

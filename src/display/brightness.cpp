@@ -56,8 +56,7 @@ Json brightness() {
     const std::string said = leave_in_shared_buffer(
         os().capture("DISPLAY=:0.0 xrandr --verbose|grep Brightness|awk -F: 'NR==1{print$2}'",
                      shared_buffer_size));
-    if (said.empty()) return parse_json("{\"brightness\":\"\"}");
-    return parse_json(textf("{\"brightness\":\"%d\"}", percentage(said.c_str())));
+    return json_pair("brightness", said.empty() ? "" : std::to_string(percentage(said.c_str())));
 }
 
 } // namespace qvtc::display

@@ -68,16 +68,15 @@ void set_mode_of_real_machine(const std::string& params) {
 }
 
 Json mode() {
-    if (os().exists(paths::screens_cloned)) return parse_json("{\"displayMode\": \"clone\" }");
-    if (os().exists(paths::split_hdmi))
-        return parse_json("{\"displayMode\": \"extendverticalscreen\" }");
-    return parse_json("{\"displayMode\": \"extend\" }");
+    if (os().exists(paths::screens_cloned)) return json_pair("displayMode", "clone");
+    if (os().exists(paths::split_hdmi)) return json_pair("displayMode", "extendverticalscreen");
+    return json_pair("displayMode", "extend");
 }
 
 Json vertical_split() {
-    if (os().exists(paths::split_hdmi)) return parse_json("{\"splitVerticallyMode\":\"hdmi\"}");
-    if (os().exists(paths::split_vga)) return parse_json("{\"splitVerticallyMode\":\"vga\"}");
-    return parse_json("{\"splitVerticallyMode\":\"\"}");
+    if (os().exists(paths::split_hdmi)) return json_pair("splitVerticallyMode", "hdmi");
+    if (os().exists(paths::split_vga)) return json_pair("splitVerticallyMode", "vga");
+    return json_pair("splitVerticallyMode", "");
 }
 
 void set_order(const std::string& params) {
@@ -88,8 +87,7 @@ void set_order(const std::string& params) {
 }
 
 Json order() {
-    return parse_json(os().exists(paths::screens_reversed) ? "{\"displayOrder\": \"Reverse\" }"
-                                                           : "{\"displayOrder\": \"Positive\" }");
+    return json_pair("displayOrder", os().exists(paths::screens_reversed) ? "Reverse" : "Positive");
 }
 
 bool has_vga_and_hdmi() {

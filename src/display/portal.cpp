@@ -9,9 +9,7 @@ namespace qvtc::display {
 
 Json user_portal() {
     const bool off = contains(store::setting(store::keys::user_portal), "off");
-    Json object = json_map();
-    add_member(object, "useUserportal", json_string(off ? "off" : "on"));
-    return object;
+    return json_pair("useUserportal", off ? "off" : "on");
 }
 
 void set_user_portal(const std::string& params) {

@@ -73,17 +73,12 @@ int qvsetexwiredconf(const char* params) {
 }
 
 json_object* qvgetwifi() {
-    return handed_over([] {
-        return parse_json(network::wireless_present() ? "{\"status\":\"1\"}"
-                                                      : "{\"status\":\"0\"}");
-    });
+    return handed_over([] { return json_pair("status", network::wireless_present() ? "1" : "0"); });
 }
 
 json_object* qvgetwifionoff() {
     return handed_over([] {
-        return parse_json(network::is_switched_on(network::wifi_switch())
-                              ? "{\"useWifi\":\"on\"}"
-                              : "{\"useWifi\":\"off\"}");
+        return json_pair("useWifi", network::is_switched_on(network::wifi_switch()) ? "on" : "off");
     });
 }
 

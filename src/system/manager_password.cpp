@@ -9,10 +9,7 @@ namespace qvtc::system {
 
 Json manager_password() {
     constexpr std::size_t longest = 255;
-    Json object = json_map();
-    add_member(object, "password",
-               json_string(cut(store::setting(store::keys::manager_password), longest)));
-    return object;
+    return json_pair("password", cut(store::setting(store::keys::manager_password), longest));
 }
 
 void set_manager_password(const char* params) {

@@ -2,6 +2,7 @@
 
 #include "support/support.hpp"
 
+#include <array>
 #include <gtest/gtest.h>
 
 namespace qvtc::test {
@@ -20,15 +21,41 @@ class ShortOfMemory : public testing::Test {
 
   private:
     // What its calls start.
-    StandIn display_{"/var/lib/ralo/display.sh"};
-    StandIn reboot_{"reboot"};
-    StandIn killall_{"killall"};
-    StandIn rdp_{"xfreerdp"};
-    StandIn spice_{"remote-viewer"};
-    StandIn horizon_{"vmware-view"};
-    StandIn vnc_{"vncviewer"};
-    StandIn web_{"firefox"};
-    StandIn windows_{"xwininfo"};
+    std::array<StandIn, 35> programs_ = {StandIn("/var/lib/ralo/display.sh"),
+                                         StandIn("/usr/bin/pulseaudio"),
+                                         StandIn("/usr/sbin/wpa_supplicant"),
+                                         StandIn("/etc/init.d/networking"),
+                                         StandIn("reboot"),
+                                         StandIn("killall"),
+                                         StandIn("xfreerdp"),
+                                         StandIn("remote-viewer"),
+                                         StandIn("vmware-view"),
+                                         StandIn("vncviewer"),
+                                         StandIn("firefox"),
+                                         StandIn("x11vnc"),
+                                         StandIn("xwininfo"),
+                                         StandIn("xset"),
+                                         StandIn("xrandr"),
+                                         StandIn("nmcli"),
+                                         StandIn("dhclient"),
+                                         StandIn("ifup"),
+                                         StandIn("ifdown"),
+                                         StandIn("ifconfig"),
+                                         StandIn("ip"),
+                                         StandIn("route"),
+                                         StandIn("systemctl"),
+                                         StandIn("date"),
+                                         StandIn("ntpdate-sync"),
+                                         StandIn("hwclock"),
+                                         StandIn("clock"),
+                                         StandIn("aplay"),
+                                         StandIn("amixer"),
+                                         StandIn("pacmd"),
+                                         StandIn("qvplugin"),
+                                         StandIn("dmidecode"),
+                                         StandIn("blockdev"),
+                                         StandIn("lspci"),
+                                         StandIn("curl")};
 };
 
 } // namespace

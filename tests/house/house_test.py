@@ -10,6 +10,9 @@ import unittest
 
 ROOT = pathlib.Path(sys.argv.pop(1))
 SOURCES = sorted(p for p in ROOT.glob("src/*/*") if p.suffix in (".cpp", ".hpp"))
+TOOL_SOURCES = sorted(p for p in ROOT.glob("tools/qvtcctl/*/*") if p.suffix in (".cpp", ".hpp"))
+CODE = sorted(p for folder in ("src", "tools", "tests", "examples") for p in (ROOT / folder).rglob("*")
+              if p.suffix in (".cpp", ".hpp"))
 INCLUDE = re.compile(r'^#include "([^"]+)"', re.MULTILINE)
 LINES_OF_A_FILE = 400
 LINES_OF_A_FUNCTION = 60
@@ -21,15 +24,17 @@ NO_USE = {"null_arguments_test.cpp"}
 CALLED_OTHERWISE = {"getdate": "qvtc_getdate"}  # libc declares that name otherwise
 
 
-def layers():
-    """The rows '| `folder` | may use ... |' of the table of layers."""
+def layers(root):
+    """The rows '| `root/folder` | may use ... |' of a table of layers."""
     text = (ROOT / "ARCHITECTURE.md").read_text(encoding="utf-8")
-    rows = re.findall(r"^\| `src/(\w+)` \|[^|]*\|([^|]*)\|", text, re.MULTILINE)
+    rows = re.findall(rf"^\| `{root}/(\w+)` \|[^|]*\|([^|]*)\|", text, re.MULTILINE)
     return {folder: set(re.findall(r"`(\w+)`", may_use)) for folder, may_use in rows}
 
 
 def includes(path):
-    return INCLUDE.findall(path.read_text(encoding="utf-8"))
+    """What a file includes, as folder/file."""
+    found = INCLUDE.findall(path.read_text(encoding="utf-8"))
+    return [i.removeprefix("qvtcctl/") for i in found]
 
 
 def function_lengths(path):
@@ -43,34 +48,39 @@ def function_lengths(path):
             start = None
 
 
+HOUSES = (("src", SOURCES), ("tools/qvtcctl", TOOL_SOURCES))
+
+
 class House(unittest.TestCase):
     def test_every_folder_is_in_the_table_of_layers(self):
-        folders = {p.parent.name for p in SOURCES}
-        self.assertEqual(folders, set(layers()))
+        for root, sources in HOUSES:
+            self.assertEqual({p.parent.name for p in sources}, set(layers(root)), root)
 
     def test_includes_follow_the_layers(self):
-        allowed = layers()
-        for path in SOURCES:
-            own = path.parent.name
-            for included in includes(path):
-                folder = included.split("/")[0]
-                if folder in (own, "qvtcapi"):
-                    continue
-                self.assertIn(folder, allowed[own], f"{path.relative_to(ROOT)} includes {included}")
+        for root, sources in HOUSES:
+            allowed = layers(root)
+            for path in sources:
+                own = path.parent.name
+                for included in includes(path):
+                    folder = included.split("/")[0]
+                    if folder in (own, "qvtcapi"):
+                        continue
+                    self.assertIn(folder, allowed[own], f"{path.relative_to(ROOT)} includes {included}")
 
     def test_no_circle_of_files(self):
-        uses = {}
-        for path in SOURCES:
-            stem = f"{path.parent.name}/{path.stem}"
-            own = {i.rsplit(".", 1)[0] for i in includes(path) if not i.startswith("qvtcapi/")}
-            uses.setdefault(stem, set()).update(own - {stem})
-        while True:
-            used_by_some = set().union(*uses.values())
-            outside = {stem for stem, used in uses.items() if not used & uses.keys() or stem not in used_by_some}
-            if not outside:
-                break
-            uses = {stem: used for stem, used in uses.items() if stem not in outside}
-        self.assertEqual(uses, {}, "these files include each other in a circle")
+        for root, sources in HOUSES:
+            uses = {}
+            for path in sources:
+                stem = f"{path.parent.name}/{path.stem}"
+                own = {i.rsplit(".", 1)[0] for i in includes(path) if not i.startswith("qvtcapi/")}
+                uses.setdefault(stem, set()).update(own - {stem})
+            while True:
+                used_by_some = set().union(*uses.values())
+                outside = {stem for stem, used in uses.items() if not used & uses.keys() or stem not in used_by_some}
+                if not outside:
+                    break
+                uses = {stem: used for stem, used in uses.items() if stem not in outside}
+            self.assertEqual(uses, {}, f"these files of {root} include each other in a circle")
 
     def test_workers_never_use_exported_names(self):
         for path in SOURCES:
@@ -98,18 +108,20 @@ class House(unittest.TestCase):
             listed = "".join(p.read_text(encoding="utf-8") for p in folder.rglob("CMakeLists.txt"))
             for test in folder.rglob("*_test.*"):
                 names = (test.name, test.name.replace("_test.sh", ""))
-                self.assertTrue(any(n in listed for n in names), f"{test.relative_to(ROOT)} is not run")
+                globbed = "GLOB_RECURSE" in listed and test.suffix == ".cpp"
+                self.assertTrue(globbed or any(n in listed for n in names), f"{test.relative_to(ROOT)} is not run")
 
     def test_files_and_functions_stay_small(self):
-        for path in SOURCES:
+        for path in CODE:
             lines = len(path.read_text(encoding="utf-8").splitlines())
             self.assertLessEqual(lines, LINES_OF_A_FILE, path.relative_to(ROOT))
+        for path in SOURCES + TOOL_SOURCES:
             for start, length in function_lengths(path):
                 self.assertLessEqual(length, LINES_OF_A_FUNCTION, f"{path.relative_to(ROOT)}:{start}")
 
     def test_fixed_size_text_functions_are_not_used(self):
         unsafe = re.compile(r"\b(strcpy|strcat|sprintf|gets|vsprintf)\(")
-        for path in SOURCES:
+        for path in SOURCES + TOOL_SOURCES:
             self.assertIsNone(unsafe.search(path.read_text(encoding="utf-8")), path.relative_to(ROOT))
 
 

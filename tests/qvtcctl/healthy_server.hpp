@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qvtcctl/server_findings.hpp"
+#include "qvtcctl/doctor/server_findings.hpp"
 
 #include <ctime>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qvtcctl/refusal.hpp"
+#include "qvtcctl/base/refusal.hpp"
 
 #include <string>
 

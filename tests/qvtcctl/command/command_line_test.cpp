@@ -41,6 +41,8 @@ TEST(QvtcctlCommandLine, WrongWordsAreRefused) {
         {{"launch", "32", "--timeout"}, "--timeout needs a value."},
         {{"launch", "32", "--timeout", "1", "--timeout", "2"}, "--timeout can be given only once."},
         {{"launch"}, "ID is missing."},
+        {{"launch", "32", "--wait=no"}, "--wait takes no value."},
+        {{"connection", "list", "--json=yes"}, "--json takes no value."},
         {{"network", "set", "eth0"}, "MODE is missing."},
         {{"launch", "--waitt"}, "unknown option \"--waitt\" (did you mean \"--wait\"?)."},
     };

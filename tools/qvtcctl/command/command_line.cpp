@@ -121,7 +121,7 @@ void Parser::add_argument(CLI::App& command, const Argument& argument) {
     Slot& slot = slots_.emplace_back(Slot{&command, argument});
     const std::string name = parser_name(argument);
     if (argument.is_flag()) {
-        slot.option = command.add_flag(name, slot.is_on);
+        slot.option = command.add_flag(name, slot.is_on)->disable_flag_override();
         return;
     }
     CLI::Option* const option = command.add_option(name, slot.words)->required(argument.required);
@@ -180,15 +180,18 @@ std::string Parser::fault_in_values() const {
     return "";
 }
 
-/// What CLI11 found wrong, in the words of the other messages.
+/// What CLI11 found wrong, in the words of the other messages. Its own begin with the argument,
+/// with or without the dashes.
 std::string Parser::fault_of(const CLI::ParseError& error) const {
     const std::string text = error.what();
+    const std::string first = text.substr(0, text.find_first_of(": "));
     const bool is_missing = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
     for (const Slot& slot : slots_) {
-        if (slot.command != &chosen() || !text.starts_with(parser_name(slot.argument))) continue;
-        if (is_missing && !slot.is_given())
-            return fmt::format("{} is missing.", slot.argument.name);
-        if (slot.argument.is_option()) return fmt::format("{} needs a value.", slot.argument.name);
+        const std::string name = parser_name(slot.argument);
+        if (slot.command != &chosen() || (first != name && "--" + first != name)) continue;
+        if (is_missing) return fmt::format("{} is missing.", slot.argument.name);
+        if (slot.argument.is_flag()) return fmt::format("{} takes no value.", name);
+        return fmt::format("{} needs a value.", name);
     }
     return text + ".";
 }

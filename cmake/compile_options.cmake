@@ -33,6 +33,13 @@ if(QVTC_WERROR)
 endif()
 
 if(QVTC_SANITIZE)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND QVTC_SANITIZE MATCHES "address")
+        # One run time for the library and for the program that loads it, as g++ has it.
+        add_compile_options(-shared-libasan)
+        execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-runtime-dir
+            OUTPUT_VARIABLE sanitizer_directory OUTPUT_STRIP_TRAILING_WHITESPACE)
+        add_link_options(-shared-libasan -Wl,-rpath,${sanitizer_directory})
+    endif()
     add_compile_options(-fsanitize=${QVTC_SANITIZE} -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${QVTC_SANITIZE})
     if(QVTC_SANITIZE MATCHES "undefined")

@@ -1,7 +1,7 @@
 #!/bin/bash
 # Installs the library into an empty tree, compiles the example against it as a strict C11 program
 # with what pkg-config says, and runs it in a disposable terminal.
-# Arguments: BUILD-DIRECTORY COMPILER [SANITIZERS]
+# Arguments: BUILD-DIRECTORY COMPILER [FLAG]... # with which the library was compiled and linked
 set -euo pipefail
 
 project=$(cd -P -- "$(dirname -- "${BASH_SOURCE[0]}")/../.." && pwd)
@@ -14,7 +14,7 @@ export PKG_CONFIG_PATH
 # The tree stands for the prefix that the build was configured for; json-c has its own.
 read -r -a flags < <(pkg-config --define-variable=prefix="$tree" --cflags --libs qvtcapi)
 read -r -a more_flags < <(pkg-config --cflags --libs json-c)
-[[ -z ${3:-} ]] || flags+=("-fsanitize=$3") # as the library was built
+flags+=("${@:3}")
 libraries=$(pkg-config --define-variable=prefix="$tree" --variable=libdir qvtcapi)
 
 "$2" -std=c11 -Wall -Wextra -Wpedantic -Werror "$project/examples/front_end.c" \

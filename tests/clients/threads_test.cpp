@@ -99,7 +99,8 @@ TEST_F(Threads, AClientInheritsNothingOfACaptureThatGoesOn) {
     ASSERT_TRUE(wait_until([&] { return client.calls().size() == 1; }));
     const std::string process = process_of("vncviewer");
     EXPECT_TRUE(wait_until([&] { return descriptors_of(process) == expected; }))
-        << testing::PrintToString(descriptors_of(process));
+        << testing::PrintToString(descriptors_of(process)) << ", not "
+        << testing::PrintToString(expected);
     write_file("/tmp/go", "");
     capturer.join(); // although the client goes on
     EXPECT_EQ(captured, "done\n");

@@ -67,6 +67,7 @@ inline constexpr auto failure_reasons = [] {
         {rdp, "ERRCONNECT_CLIENT_REVOKED", "", "The server has withdrawn the user's right to log on.", ask_server},
         {rdp, "ERRCONNECT_ACCESS_DENIED", "", "The server does not let this user in.", ask_server},
         {rdp, "ERRCONNECT_INSUFFICIENT_PRIVILEGES", "", "The user has no right to log on remotely.", ask_server},
+        {rdp, "HTTP/1.1 401 Unauthorized", "", "The gateway refused the user name or the password.", "Check rdGatewayDomain, and the gateway's password: \"qvtcctl connection set {id} --gateway-password\"."},
         // A session that had begun has ended.
         {rdp, "ERRINFO_LOGOFF_BY_USER", "", "The user logged off.", start_again, true},
         {rdp, "ERRINFO_RPC_INITIATED_DISCONNECT", "", "The session was disconnected at the server.", start_again, true},
@@ -105,6 +106,7 @@ inline constexpr auto failure_reasons = [] {
         {rdp, "Maximum reconnect retries exceeded", "", "The connection was lost, and the client could not get it back.", check_address},
         {rdp, "ERRCONNECT_CONNECT_CANCELLED", "", "The client broke the connection off.", ask_server},
         {rdp, "ERRINFO_UNKNOWN", "", "The server ended the session without saying why.", ask_server},
+        {rdp, "Authentication failure", "", "The server refused the user name or the password.", new_password},
         {rdp, "ERRCONNECT_", "", "The connection could not be made.", ask_server},
         {rdp, "ERRINFO_", "", "The server ended the session.", ask_server},
         // Other clients.

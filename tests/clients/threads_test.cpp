@@ -87,6 +87,7 @@ TEST_F(Threads, AClientInheritsNothingOfACaptureThatGoesOn) {
     xwininfo.prints("vncviewer\n");
     store_items({record_item("vncItem_id_230", {{"serverAddress", "10.0.0.5"}})});
     Descriptors expected = inheritance();
+    expected["0"] = "/dev/null"; // as of every command in the background
     expected["1"] = expected["2"] = "/home/root/vnc.log";
     std::string captured;
     std::thread capturer([&] {

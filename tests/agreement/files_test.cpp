@@ -3,6 +3,7 @@
 #include "qvtcctl/doctor/marker_files.hpp"
 #include "qvtcctl/verb/settings_document.hpp"
 #include "qvtcctl/verb/system_log.hpp"
+#include "qvtcctl/verb/terminal.hpp"
 
 #include <map>
 #include <set>
@@ -15,6 +16,7 @@ namespace {
 TEST(FilesOfBoth, AreTheSame) {
     EXPECT_EQ(qvtcctl::settings_document, paths::settings_document);
     EXPECT_EQ(qvtcctl::system_log, paths::system_log);
+    EXPECT_EQ(qvtcctl::hdmi_marker, paths::hdmi_audio);
 }
 
 TEST(FilesOfBoth, HoldTheClientsWords) {

@@ -17,7 +17,6 @@ namespace qvtc::qvtcctl {
 namespace {
 
 // Its presence is the setting.
-constexpr const char* hdmi_marker = "/home/root/enable_hdmi_audio";
 
 struct Hdmi {
     bool enabled;
@@ -118,7 +117,6 @@ void configure(const SoundCard& card, Chatter chatter) {
 
 const Argument card_argument =
     required_argument("CARD", "number of the card, as \"sound show\" lists it");
-const Argument yes_flag = flag("--yes", "do not ask");
 
 Answer run_sound_show(const Request& request) {
     require_terminal();

@@ -65,13 +65,14 @@ Answer end_client_of(const StoredConnections& connections, unsigned id) {
     return answer;
 }
 
-const Argument id_argument =
+const Argument cancelled_argument =
     optional_argument("ID", "number of a connection; without it, all clients are ended")
         .completed_by(connection_words);
 
 Answer run_cancel(const Request& request) {
     std::optional<unsigned> id;
-    if (!request.text(id_argument).empty()) id = require_id(request.text(id_argument));
+    if (!request.text(cancelled_argument).empty())
+        id = require_id(request.text(cancelled_argument));
     const StoredConnections connections(request.chatter());
     return id ? end_client_of(connections, *id) : end_all_clients(Launcher(request.chatter()));
 }
@@ -84,7 +85,7 @@ const Verb verbs::cancel{
     .description = "Ends the client of one connection, or all running clients: RDP, SPICE, "
                    "Horizon, VNC and web. A browser is ended as a whole, with all its pages.",
     .examples = {"qvtcctl cancel", "qvtcctl cancel 64"},
-    .arguments = {id_argument},
+    .arguments = {cancelled_argument},
     .settings = Settings::not_needed,
     .run = run_cancel,
 };

@@ -113,8 +113,6 @@ Answer launch(const Launcher& launcher, unsigned id, const Record& record,
     return waited_answer(id, type, record, outcome, timeout.value_or(0));
 }
 
-const Argument id_argument =
-    required_argument("ID", "number of the connection").completed_by(connection_words);
 const Argument wait_flag = flag("--wait", "wait for the outcome and show it");
 const Argument timeout_option = option(
     "--timeout", "SECONDS", fmt::format("how long --wait waits (default: {})", default_timeout));

@@ -88,8 +88,6 @@ void require_status(const ConnectionType& type) {
                               type.title, launchable_types(), connection_types[0].title));
 }
 
-const Argument id_argument =
-    required_argument("ID", "number of the connection").completed_by(connection_words);
 const Argument follow_flag = flag("--follow", "show every change until the client has ended");
 
 Answer run_status(const Request& request) {

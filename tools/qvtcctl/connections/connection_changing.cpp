@@ -101,8 +101,6 @@ const Argument type_argument =
     required_argument("TYPE", "type of the connection").completed_by(type_words);
 const Argument values_argument =
     required_list("FIELD=VALUE", "the values of its fields").completed_by(assignment_words);
-const Argument id_argument =
-    required_argument("ID", "number of the connection").completed_by(connection_words);
 const Argument changes_argument =
     optional_list("FIELD=VALUE", "the fields to change; an empty VALUE clears")
         .completed_by(assignment_words);

@@ -35,18 +35,15 @@ std::string users_of(const Field& field) {
     return names.empty() ? "-" : names;
 }
 
-const Argument type_argument =
-    optional_argument("TYPE", "only connections of this type").completed_by(type_words);
 const Argument show_passwords_flag = flag("--show-passwords", "show passwords in clear text");
-const Argument id_argument =
-    required_argument("ID", "number of the connection").completed_by(connection_words);
 const Argument all_flag = flag("--all", "show empty fields too");
 const Argument fields_type_argument =
     optional_argument("TYPE", "only fields that this type's client gets").completed_by(type_words);
 
 Answer run_connection_list(const Request& request) {
-    const ConnectionType* type =
-        request.text(type_argument).empty() ? nullptr : &require_type(request.text(type_argument));
+    const ConnectionType* type = request.text(only_type_argument).empty()
+                                     ? nullptr
+                                     : &require_type(request.text(only_type_argument));
     const StoredConnections connections(request.chatter());
     const auto passwords =
         request.has(show_passwords_flag) ? Passwords::readable : Passwords::hidden;
@@ -123,7 +120,7 @@ const Verb verbs::connection_list{
     .summary = "List the stored connections",
     .description = "Lists the stored connections, all of them or those of one type.",
     .examples = {"qvtcctl connection list", "qvtcctl connection list rdp --json"},
-    .arguments = {type_argument, show_passwords_flag},
+    .arguments = {only_type_argument, show_passwords_flag},
     .run = run_connection_list,
 };
 

@@ -181,8 +181,6 @@ const Argument replace_flag = flag("--replace", "replace connections that have t
 const Argument unchecked_flag =
     flag("--unchecked", "refuse only what cannot be stored, not what clients cannot use");
 const Argument dry_run_flag = flag("--dry-run", "only show what would be done");
-const Argument type_argument =
-    optional_argument("TYPE", "only connections of this type").completed_by(type_words);
 const Argument show_passwords_flag =
     flag("--show-passwords", "write passwords too, in the form in which they are stored");
 
@@ -211,8 +209,9 @@ Answer run_connection_import(const Request& request) {
 }
 
 Answer run_connection_export(const Request& request) {
-    const ConnectionType* type =
-        request.text(type_argument).empty() ? nullptr : &require_type(request.text(type_argument));
+    const ConnectionType* type = request.text(only_type_argument).empty()
+                                     ? nullptr
+                                     : &require_type(request.text(only_type_argument));
     const StoredConnections connections(request.chatter());
     const std::vector<Record> records =
         type == nullptr ? connections.records() : connections.records(*type);
@@ -256,7 +255,7 @@ const Verb verbs::connection_export{
                    "encoding and not encryption.",
     .examples = {"qvtcctl connection export > connections.json",
                  "qvtcctl connection export rdp --show-passwords > backup.json"},
-    .arguments = {type_argument, show_passwords_flag},
+    .arguments = {only_type_argument, show_passwords_flag},
     .run = run_connection_export,
 };
 

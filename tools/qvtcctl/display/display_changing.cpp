@@ -98,7 +98,7 @@ std::vector<std::string> resolution_words(const std::string&) {
 const Argument resolution_argument =
     required_argument("RESOLUTION", "auto, or WIDTHxHEIGHT").completed_by(resolution_words);
 const Argument keep_flag = flag("--keep", "keep it at once, with no change pending");
-const Argument yes_flag = flag("--yes", "do not ask before the restart");
+const Argument restart_flag = flag("--yes", "do not ask before the restart");
 const Argument mode_argument = optional_argument("MODE", "clone, extend or vertical")
                                    .completed_by(one_of({"clone", "extend", "vertical"}));
 const Argument order_argument =
@@ -109,7 +109,7 @@ const Argument refresh_argument = optional_argument("JSON", "the setting, a JSON
 Answer run_display_set(const Request& request) {
     const Resolution& resolution = require_resolution(request.text(resolution_argument));
     const Screens screens(request.chatter());
-    require_consent(request.has(yes_flag),
+    require_consent(request.has(restart_flag),
                     fmt::format("This sets the resolution to {} and restarts the terminal at "
                                 "once.",
                                 resolution.name));
@@ -206,7 +206,7 @@ const Verb verbs::display_set{
                    "The change is then pending: \"keep\" keeps it, \"revert\" goes back "
                    "to the previous resolution.",
     .examples = {"qvtcctl display set 1920x1080", "qvtcctl display set auto --keep --yes"},
-    .arguments = {resolution_argument, keep_flag, yes_flag},
+    .arguments = {resolution_argument, keep_flag, restart_flag},
     .run = run_display_set,
 };
 

@@ -146,9 +146,6 @@ Answer answer_on(unsigned id, const ConnectionType& type, const Record& record,
     return answer;
 }
 
-const Argument id_argument =
-    required_argument("ID", "number of the connection").completed_by(connection_words);
-
 Answer run_doctor(const Request& request) {
     const unsigned id = require_id(request.text(id_argument));
     const ConnectionType& type = require_type_of_id(id);

@@ -151,7 +151,6 @@ Json plan_json(const StoredConnections& connections, Chatter chatter) {
     return plan;
 }
 
-const Argument yes_flag = flag("--yes", "do not ask");
 const Argument plan_flag = flag("--plan", "only show what would be done");
 
 Answer run_factory_reset(const Request& request) {

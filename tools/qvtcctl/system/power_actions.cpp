@@ -16,8 +16,6 @@
 namespace qvtc::qvtcctl {
 namespace {
 
-const Argument yes_flag = flag("--yes", "do not ask");
-
 /// Asks, acts, and says what it did.
 Answer ask_and_act(const Request& request, const char* consequence, int (*act)(), const char* done,
                    const char* name) {

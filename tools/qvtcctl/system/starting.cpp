@@ -21,7 +21,6 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-constexpr const char* hdmi_marker = "/home/root/enable_hdmi_audio";
 constexpr const char* remote_view_server = "x11vnc";
 constexpr const char* pictures = "/usr/local/vpclient/bin/image";
 constexpr std::array rotated_logs{"system.log", "freerdp.log", "spicec.log", "qvservice.log"};

@@ -100,7 +100,6 @@ void require_safe_directory() {
 }
 
 const Argument url_argument = required_argument("URL", "where to download it from");
-const Argument yes_flag = flag("--yes", "do not ask");
 
 Answer run_update_download(const Request& request) {
     require_url(request.text(url_argument));

@@ -40,6 +40,9 @@ Argument optional_list(std::string_view name, std::string help);
 Argument flag(std::string_view name, std::string help);
 Argument option(std::string_view name, std::string_view value, std::string help);
 
+/// Of every command that asks before it acts.
+inline const Argument yes_flag = flag("--yes", "do not ask");
+
 /// Completion by a few words that are always the same.
 Complete one_of(std::vector<std::string> words);
 

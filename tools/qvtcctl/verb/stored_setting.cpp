@@ -1,5 +1,7 @@
 #include "qvtcctl/verb/stored_setting.hpp"
 
+#include "qvtcctl/verb/settings_document.hpp"
+
 #include <cstring>
 #include <filesystem>
 
@@ -8,7 +10,6 @@
 namespace qvtc::qvtcctl {
 namespace {
 
-constexpr const char* document = "/home/root/vpclientData.xml";
 constexpr const char* item = "configItem";
 
 /// More than any value can have: the library copies one as long as it is. The document may grow
@@ -16,7 +17,7 @@ constexpr const char* item = "configItem";
 std::size_t room_for_any_value() {
     constexpr std::size_t growth = 1024UL * 1024;
     std::error_code missing;
-    const std::uintmax_t size = std::filesystem::file_size(document, missing);
+    const std::uintmax_t size = std::filesystem::file_size(settings_document, missing);
     return (missing ? 0 : size) + growth;
 }
 
